@@ -1,0 +1,9 @@
+#include "demo_steps.h"
+
+namespace neq::cli {
+
+bool demoMeshSteps(DemoContext&) {
+    return true;
+}
+
+} // namespace neq::cli

@@ -1,0 +1,33 @@
+#pragma once
+
+// The shape shared by the fifteen host entries: a text in, a number no entry reads,
+// a host-owned output buffer, and a float status back.
+
+#include "foundation/export.h"
+
+#include <cstring>
+#include <exception>
+
+#define NEQBRIDGE_HOST_ENTRY extern "C" NEQBRIDGE_API float
+
+namespace neq::api {
+
+// What an entry returns when the work below it throws (in practice only an
+// allocation failure): the host's generic failure code. No exception may unwind
+// into the host.
+constexpr float kInternalFailure = -1.0f;
+
+template <class Operation> float guardedEntry(Operation&& operation) noexcept {
+    try {
+        return operation();
+    } catch (...) {
+        return kInternalFailure;
+    }
+}
+
+// Output buffers are sized by the host; the interface gives no length to check.
+inline void copyToHost(char* out, const char* text) {
+    std::strcpy(out, text);
+}
+
+} // namespace neq::api

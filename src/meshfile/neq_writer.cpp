@@ -1,0 +1,157 @@
+#include "meshfile/neq_writer.h"
+
+#include "meshfile/neq_format.h"
+
+#include <cstdio>
+#include <cstring>
+
+namespace neq::meshfile {
+namespace {
+
+// Any tag the readers do not look for; the OBJ export skips exactly one such block.
+constexpr std::uint32_t kSkippedTag = 15001;
+
+void putU32(NeqBytes& out, std::uint32_t value) {
+    for (int shift = 0; shift < 32; shift += 8)
+        out.push_back(static_cast<std::uint8_t>(value >> shift));
+}
+
+void putF32(NeqBytes& out, float value) {
+    std::uint32_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    putU32(out, bits);
+}
+
+std::uint32_t count32(std::size_t n) {
+    return static_cast<std::uint32_t>(n);
+}
+
+} // namespace
+
+NeqBuilder::NeqBuilder() {
+    static const char kHeader[kFileHeaderSize] = "NeQ mesh - neqbridge writer";
+    raw(kHeader, sizeof kHeader);
+}
+
+NeqBuilder& NeqBuilder::block(std::uint32_t tag, std::uint32_t count, const void* records,
+                              std::size_t recordSize) {
+    const std::size_t recordBytes = static_cast<std::size_t>(count) * recordSize;
+    putU32(bytes_, tag);
+    putU32(bytes_, count32(kBlockHeaderSize + recordBytes));
+    putU32(bytes_, count);
+    putU32(bytes_, 0);
+    return raw(records, recordBytes);
+}
+
+NeqBuilder& NeqBuilder::raw(const void* data, std::size_t size) {
+    const auto* begin = static_cast<const std::uint8_t*>(data);
+    if (size != 0) bytes_.insert(bytes_.end(), begin, begin + size);
+    return *this;
+}
+
+NeqBuilder& NeqBuilder::terminator() {
+    bytes_.insert(bytes_.end(), kBlockHeaderSize, 0);
+    return *this;
+}
+
+NeqBytes encodeVertices(const Mesh& mesh) {
+    NeqBytes out;
+    out.reserve(mesh.vertices.size() * kVertexRecordSize);
+    for (const auto& v : mesh.vertices)
+        for (float c : v)
+            putF32(out, c);
+    return out;
+}
+
+NeqBytes encodeFaces(const Mesh& mesh) {
+    NeqBytes out;
+    out.reserve(mesh.faces.size() * kFaceRecordSize);
+    for (const auto& f : mesh.faces)
+        for (std::int32_t index : f)
+            putU32(out, static_cast<std::uint32_t>(index));
+    return out;
+}
+
+NeqBytes encodeUvs(const Mesh& mesh) {
+    NeqBytes out;
+    out.reserve(mesh.uvs.size() * kUvRecordSize);
+    for (const auto& record : mesh.uvs)
+        for (float c : record)
+            putF32(out, c);
+    return out;
+}
+
+NeqBytes encodeColours(const Mesh& mesh) {
+    NeqBytes out;
+    out.reserve(mesh.colours.size() * kColourRecordSize);
+    for (const Rgb& c : mesh.colours) {
+        out.push_back(c.blue);
+        out.push_back(c.green);
+        out.push_back(c.red);
+        out.push_back(0);
+    }
+    return out;
+}
+
+NeqBytes encodeGroups(const Mesh& mesh) {
+    NeqBytes out;
+    out.reserve(mesh.groups.size() * kGroupRecordSize);
+    for (std::int16_t g : mesh.groups) {
+        const auto bits = static_cast<std::uint16_t>(g);
+        out.push_back(static_cast<std::uint8_t>(bits));
+        out.push_back(static_cast<std::uint8_t>(bits >> 8));
+    }
+    return out;
+}
+
+NeqBytes buildNeqChain(const Mesh& mesh) {
+    NeqBuilder builder;
+    builder.block(kVertexTag, count32(mesh.vertices.size()), encodeVertices(mesh).data(),
+                  kVertexRecordSize);
+    if (!mesh.faces.empty())
+        builder.block(kFaceTag, count32(mesh.faces.size()), encodeFaces(mesh).data(),
+                      kFaceRecordSize);
+    if (!mesh.uvs.empty())
+        builder.block(kUvTag, count32(mesh.uvs.size()), encodeUvs(mesh).data(), kUvRecordSize);
+    if (!mesh.colours.empty())
+        builder.block(kColourTag, count32(mesh.colours.size()), encodeColours(mesh).data(),
+                      kColourRecordSize);
+    if (!mesh.groups.empty())
+        builder.block(kGroupTag, count32(mesh.groups.size()), encodeGroups(mesh).data(),
+                      kGroupRecordSize);
+    return builder.terminator().take();
+}
+
+NeqBytes buildNeqForObjExport(const Mesh& mesh) {
+    static const std::uint8_t kGap[4] = {0, 0, 0, 0};
+    NeqBuilder builder;
+    builder.block(kVertexTag, count32(mesh.vertices.size()), encodeVertices(mesh).data(),
+                  kVertexRecordSize);
+    builder.block(kSkippedTag, 0, nullptr, 0).raw(kGap, sizeof kGap);
+    builder.block(kColourTag, count32(mesh.colours.size()), encodeColours(mesh).data(),
+                  kColourRecordSize);
+    builder.block(kFaceTag, count32(mesh.faces.size()), encodeFaces(mesh).data(), kFaceRecordSize);
+    return builder.terminator().take();
+}
+
+NeqBytes buildNeqFacesFirst(const Mesh& mesh) {
+    NeqBuilder builder;
+    builder.block(kFaceTag, count32(mesh.faces.size()), encodeFaces(mesh).data(), kFaceRecordSize);
+    return builder.terminator().take();
+}
+
+NeqBytes buildNeqColoursFirst(const Mesh& mesh) {
+    NeqBuilder builder;
+    builder.block(kColourTag, count32(mesh.colours.size()), encodeColours(mesh).data(),
+                  kColourRecordSize);
+    return builder.terminator().take();
+}
+
+bool writeBytesToFile(const std::string& path, const NeqBytes& bytes) {
+    std::FILE* file = std::fopen(path.c_str(), "wb");
+    if (file == nullptr) return false;
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    return std::fclose(file) == 0 && written;
+}
+
+} // namespace neq::meshfile

@@ -1,0 +1,33 @@
+#include "support/host_library.h"
+
+#include <dlfcn.h>
+
+#include <stdexcept>
+
+namespace neq::test {
+
+HostLibrary::HostLibrary() : handle_(::dlopen(NEQBRIDGE_LIBRARY_PATH, RTLD_NOW | RTLD_LOCAL)) {
+    if (handle_ == nullptr) throw std::runtime_error(std::string("dlopen: ") + ::dlerror());
+}
+
+HostLibrary::~HostLibrary() {
+    ::dlclose(handle_);
+}
+
+HostEntry HostLibrary::entry(const char* name) const {
+    return reinterpret_cast<HostEntry>(::dlsym(handle_, name));
+}
+
+void* HostLibrary::symbol(const char* name) const {
+    return ::dlsym(handle_, name);
+}
+
+float HostLibrary::call(const char* name, const char* text, char* out) const {
+    const HostEntry function = entry(name);
+    if (function == nullptr) throw std::runtime_error(std::string("no entry ") + name);
+    // The host hands over mutable buffers; copy the text so the entry may not touch ours.
+    std::string copy = text ? text : "";
+    return function(text ? copy.data() : nullptr, 0.0, out);
+}
+
+} // namespace neq::test

@@ -1,0 +1,31 @@
+#pragma once
+
+// Loads the built shared library with dlopen and finds entries by their exported
+// names, the way the host application does.
+
+#include <string>
+
+namespace neq::test {
+
+using HostEntry = float (*)(char* text, double number, char* out);
+
+class HostLibrary {
+  public:
+    HostLibrary(); // loads NEQBRIDGE_LIBRARY_PATH; throws if it cannot
+    HostLibrary(const HostLibrary&) = delete;
+    HostLibrary& operator=(const HostLibrary&) = delete;
+    ~HostLibrary();
+
+    // The entry with this undecorated name, or null.
+    HostEntry entry(const char* name) const;
+    // Any exported symbol (data or typed function), or null.
+    void* symbol(const char* name) const;
+    // Calls an entry with a text (null allowed), an ignored number and an output
+    // buffer; throws if the entry is missing.
+    float call(const char* name, const char* text = nullptr, char* out = nullptr) const;
+
+  private:
+    void* handle_;
+};
+
+} // namespace neq::test

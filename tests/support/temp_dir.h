@@ -1,0 +1,29 @@
+#pragma once
+
+// Test helpers: a temporary folder per test and whole-file reads and writes.
+
+#include <string>
+
+namespace neq::test {
+
+// A fresh folder under /tmp, removed with everything in it when the object dies.
+class TempDir {
+  public:
+    TempDir();
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+    ~TempDir();
+
+    const std::string& path() const { return path_; }
+    // path() + "/" + name
+    std::string file(const std::string& name) const;
+
+  private:
+    std::string path_;
+};
+
+std::string readFile(const std::string& path);
+bool fileExists(const std::string& path);
+void writeFile(const std::string& path, const std::string& bytes);
+
+} // namespace neq::test
