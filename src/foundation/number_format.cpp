@@ -1,17 +1,298 @@
 #include "foundation/number_format.h"
 
-#include <charconv>
+#include <array>
+#include <cmath>
+#include <cstring>
 
 namespace neq {
+namespace {
+
+// 128-bit integers keep every step below exact: a float is m·2^e with m < 2^24, and
+// printf rounds that exact binary value, not an approximation of it.
+#if !defined(__SIZEOF_INT128__)
+#error "formatFloatG needs unsigned __int128 (GCC or clang on a 64-bit target)"
+#endif
+__extension__ typedef unsigned __int128 Uint128;
+
+// 5^n for every n the conversion can need (n <= 50 for the smallest subnormal).
+constexpr int kPow5Count = 56;
+constexpr std::array<Uint128, kPow5Count> makePow5() {
+    std::array<Uint128, kPow5Count> table{};
+    Uint128 power = 1;
+    for (Uint128& entry : table) {
+        entry = power;
+        power *= 5;
+    }
+    return table;
+}
+constexpr std::array<Uint128, kPow5Count> kPow5 = makePow5();
+
+// The common range (1e-12 <= |value| < 1e6) fits 64-bit products: m·5^17 < 2^64.
+constexpr int kMaxPow5In64 = 17;
+
+// floor(log10(2^n)) for every binary exponent a float can have.
+constexpr int kMinBinaryExponent = -149;
+constexpr int kMaxBinaryExponent = 127;
+constexpr int floorLog10Pow2(int n) {
+    // log10(2) to 15 places is ample for |n| < 1000.
+    const long long scaled = static_cast<long long>(n) * 301029995663981LL;
+    const long long unit = 1000000000000000LL;
+    return static_cast<int>(scaled >= 0 ? scaled / unit : -((-scaled + unit - 1) / unit));
+}
+constexpr std::array<signed char, kMaxBinaryExponent - kMinBinaryExponent + 1> makeLog10Pow2() {
+    std::array<signed char, kMaxBinaryExponent - kMinBinaryExponent + 1> table{};
+    for (int n = kMinBinaryExponent; n <= kMaxBinaryExponent; ++n)
+        table[static_cast<std::size_t>(n - kMinBinaryExponent)] =
+            static_cast<signed char>(floorLog10Pow2(n));
+    return table;
+}
+constexpr auto kLog10Pow2 = makeLog10Pow2();
+
+// 10^n as the nearest double, for n from kMinPow10 up; picks the decimal exponent
+// inside a binary octave. The digit loop below corrects any misjudgement, so these
+// only need to be close.
+constexpr int kMinPow10 = -44;
+constexpr double kPow10[] = {
+    1e-44, 1e-43, 1e-42, 1e-41, 1e-40, 1e-39, 1e-38, 1e-37, 1e-36, 1e-35, 1e-34, 1e-33,
+    1e-32, 1e-31, 1e-30, 1e-29, 1e-28, 1e-27, 1e-26, 1e-25, 1e-24, 1e-23, 1e-22, 1e-21,
+    1e-20, 1e-19, 1e-18, 1e-17, 1e-16, 1e-15, 1e-14, 1e-13, 1e-12, 1e-11, 1e-10, 1e-9,
+    1e-8,  1e-7,  1e-6,  1e-5,  1e-4,  1e-3,  1e-2,  1e-1,  1e0,   1e1,   1e2,   1e3,
+    1e4,   1e5,   1e6,   1e7,   1e8,   1e9,   1e10,  1e11,  1e12,  1e13,  1e14,  1e15,
+    1e16,  1e17,  1e18,  1e19,  1e20,  1e21,  1e22,  1e23,  1e24,  1e25,  1e26,  1e27,
+    1e28,  1e29,  1e30,  1e31,  1e32,  1e33,  1e34,  1e35,  1e36,  1e37,  1e38,  1e39};
+
+constexpr char kDigitPairs[] = "00010203040506070809"
+                               "10111213141516171819"
+                               "20212223242526272829"
+                               "30313233343536373839"
+                               "40414243444546474849"
+                               "50515253545556575859"
+                               "60616263646566676869"
+                               "70717273747576777879"
+                               "80818283848586878889"
+                               "90919293949596979899";
+
+void putPair(char* out, unsigned value) {
+    std::memcpy(out, kDigitPairs + 2 * value, 2);
+}
+
+constexpr std::uint32_t kSixDigitsMin = 100000;
+constexpr std::uint32_t kSixDigitsEnd = 1000000;
+
+// A positive value rounded to six significant digits: digits·10^(exponent-5) with
+// digits in [100000, 999999].
+struct SixDigits {
+    std::uint32_t digits;
+    int exponent;
+};
+
+// floor(value / 2^shift) and whether rounding to nearest, ties to even, goes up.
+template <class Unsigned> std::uint64_t shiftRounded(Unsigned value, int shift, bool& roundUp) {
+    if (shift <= 0) {
+        roundUp = false;
+        return static_cast<std::uint64_t>(value << -shift);
+    }
+    const Unsigned quotient = value >> shift;
+    const Unsigned rest = value - (quotient << shift);
+    const Unsigned half = Unsigned(1) << (shift - 1);
+    roundUp = rest > half || (rest == half && (quotient & 1) != 0);
+    return static_cast<std::uint64_t>(quotient);
+}
+
+// floor(numerator / denominator), rounding as above.
+template <class Unsigned>
+std::uint64_t divideRounded(Unsigned numerator, Unsigned denominator, bool& roundUp) {
+    const Unsigned quotient = numerator / denominator;
+    const Unsigned twiceRest = 2 * (numerator - quotient * denominator);
+    roundUp = twiceRest > denominator || (twiceRest == denominator && (quotient & 1) != 0);
+    return static_cast<std::uint64_t>(quotient);
+}
+
+// m·2^e scaled by 10^(5-k): its integer part and the rounding of the rest.
+std::uint64_t scaleToSixDigits(std::uint32_t m, int e, int k, bool& roundUp) {
+    const int s = 5 - k;
+    if (s >= 0) {
+        // m·2^e·10^s = m·5^s / 2^-(e+s)
+        const int shift = -(e + s);
+        if (s <= kMaxPow5In64 && shift < 64)
+            return shiftRounded(m * static_cast<std::uint64_t>(kPow5[s]), shift, roundUp);
+        return shiftRounded(m * kPow5[s], shift, roundUp);
+    }
+    // m·2^e / 10^t = m·2^(e-t) / 5^t
+    const int t = -s;
+    const int shift = e - t;
+    if (shift < 0) return divideRounded(Uint128(m), kPow5[t] << -shift, roundUp);
+    const Uint128 numerator = Uint128(m) << shift;
+    if (numerator >> 64 == 0 && kPow5[t] >> 64 == 0)
+        return divideRounded(static_cast<std::uint64_t>(numerator),
+                             static_cast<std::uint64_t>(kPow5[t]), roundUp);
+    return divideRounded(numerator, kPow5[t], roundUp);
+}
+
+// m·2^e (m > 0) rounded to six significant digits the way printf rounds.
+SixDigits roundToSixDigits(std::uint32_t m, int e, double magnitude) {
+    const int binaryExponent = 31 - __builtin_clz(m) + e;
+    int k = kLog10Pow2[static_cast<std::size_t>(binaryExponent - kMinBinaryExponent)];
+    k += magnitude >= kPow10[k + 1 - kMinPow10];
+    for (;;) {
+        bool roundUp = false;
+        std::uint64_t digits = scaleToSixDigits(m, e, k, roundUp);
+        if (digits >= kSixDigitsEnd) {
+            ++k;
+        } else if (digits < kSixDigitsMin) {
+            --k;
+        } else {
+            digits += roundUp;
+            if (digits == kSixDigitsEnd) return {kSixDigitsMin, k + 1};
+            return {static_cast<std::uint32_t>(digits), k};
+        }
+    }
+}
+
+// Digits kept after trailing zeros are dropped from the pairs hh mm ll.
+int significantDigitCount(unsigned high, unsigned middle, unsigned low) {
+    if (low != 0) return low % 10 != 0 ? 6 : 5;
+    if (middle != 0) return middle % 10 != 0 ? 4 : 3;
+    return high % 10 != 0 ? 2 : 1;
+}
+
+// The two characters of a pair 00..99 as a little-endian 16-bit value.
+std::uint64_t pairCharacters(unsigned value) {
+    std::uint16_t characters;
+    std::memcpy(&characters, kDigitPairs + 2 * value, 2);
+    return characters;
+}
+
+// Stores the eight characters of `text` (first character in the low byte).
+void store8(char* out, std::uint64_t text) {
+    std::memcpy(out, &text, 8);
+}
+
+// %g layout of six rounded digits: fixed notation for exponents -4..5, otherwise
+// d.ddddde±XX; trailing zeros and a bare point dropped. The digits travel in one
+// 64-bit register and reach `out` in 8-byte stores, which is why the caller's buffer
+// needs kMaxFloatGChars of room (at most 12 characters are kept).
+char* writeSixDigits(char* out, SixDigits value) {
+    static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "digits are packed low byte first");
+    // Two digits at a time from the fraction of digits / 10^4 in 32-bit fixed point;
+    // 429497 = ceil(2^32 / 10^4) is exact for every value below 10^6.
+    std::uint64_t scaled = value.digits * std::uint64_t{429497};
+    const auto high = static_cast<unsigned>(scaled >> 32);
+    scaled = static_cast<std::uint32_t>(scaled) * std::uint64_t{100};
+    const auto middle = static_cast<unsigned>(scaled >> 32);
+    scaled = static_cast<std::uint32_t>(scaled) * std::uint64_t{100};
+    const auto low = static_cast<unsigned>(scaled >> 32);
+    const std::uint64_t digits =
+        pairCharacters(high) | pairCharacters(middle) << 16 | pairCharacters(low) << 32;
+    const int count = significantDigitCount(high, middle, low);
+
+    const int x = value.exponent;
+    if (x >= 0 && x < 6) {
+        const int integerDigits = x + 1;
+        store8(out, digits);
+        if (count <= integerDigits) return out + integerDigits;
+        out[integerDigits] = '.';
+        store8(out + integerDigits + 1, digits >> (8 * integerDigits));
+        return out + count + 1;
+    }
+    if (x < 0 && x >= -4) {
+        std::memcpy(out, "0.000", 5);
+        out += 1 - x; // "0." and -x-1 zeros
+        store8(out, digits);
+        return out + count;
+    }
+    out[0] = static_cast<char>(digits);
+    char* p = out + 1;
+    if (count > 1) {
+        *p = '.';
+        store8(p + 1, digits >> 8);
+        p += count;
+    }
+    p[0] = 'e';
+    p[1] = x < 0 ? '-' : '+';
+    putPair(p + 2, static_cast<unsigned>(x < 0 ? -x : x)); // |x| <= 45
+    return p + 4;
+}
+
+char* writeText(char* out, const char* text) {
+    const std::size_t size = std::strlen(text);
+    std::memcpy(out, text, size);
+    return out + size;
+}
+
+constexpr std::uint64_t kIntPow10[] = {1ULL,
+                                       10ULL,
+                                       100ULL,
+                                       1000ULL,
+                                       10000ULL,
+                                       100000ULL,
+                                       1000000ULL,
+                                       10000000ULL,
+                                       100000000ULL,
+                                       1000000000ULL,
+                                       10000000000ULL,
+                                       100000000000ULL,
+                                       1000000000000ULL,
+                                       10000000000000ULL,
+                                       100000000000000ULL,
+                                       1000000000000000ULL,
+                                       10000000000000000ULL,
+                                       100000000000000000ULL,
+                                       1000000000000000000ULL,
+                                       10000000000000000000ULL};
+
+int decimalDigitCount(std::uint64_t value) {
+    value |= 1;
+    const int estimate = (64 - __builtin_clzll(value)) * 1233 >> 12; // ~bits·log10(2)
+    return estimate + 1 - (value < kIntPow10[estimate]);
+}
+
+// The digits of `value`, two at a time from the right.
+template <class Unsigned> char* writeDecimal(char* out, Unsigned value) {
+    char* const end = out + decimalDigitCount(value);
+    char* p = end;
+    while (value >= 100) {
+        p -= 2;
+        putPair(p, static_cast<unsigned>(value % 100));
+        value /= 100;
+    }
+    if (value >= 10)
+        putPair(p - 2, static_cast<unsigned>(value));
+    else
+        p[-1] = static_cast<char>('0' + value);
+    return end;
+}
+
+} // namespace
 
 char* formatFloatG(char* out, float value) {
-    return std::to_chars(out, out + kMaxFloatGChars, static_cast<double>(value),
-                         std::chars_format::general, 6)
-        .ptr;
+    std::uint32_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    if (bits >> 31) *out++ = '-';
+    const std::uint32_t biasedExponent = (bits >> 23) & 0xFF;
+    const std::uint32_t fraction = bits & 0x7FFFFF;
+    if (biasedExponent == 0xFF) return writeText(out, fraction != 0 ? "nan" : "inf");
+    std::uint32_t m = fraction;
+    int e = -149; // subnormal: no implicit leading bit
+    if (biasedExponent != 0) {
+        m |= 0x800000;
+        e = static_cast<int>(biasedExponent) - 150;
+    } else if (fraction == 0) {
+        *out = '0';
+        return out + 1;
+    }
+    return writeSixDigits(out, roundToSixDigits(m, e, static_cast<double>(std::fabs(value))));
 }
 
 char* formatInt(char* out, std::int64_t value) {
-    return std::to_chars(out, out + kMaxIntChars, value).ptr;
+    std::uint64_t magnitude = static_cast<std::uint64_t>(value);
+    if (value < 0) {
+        *out++ = '-';
+        magnitude = 0 - magnitude;
+    }
+    // Most numbers written are indices and counts; 32-bit division is the cheaper kind.
+    if (magnitude >> 32 == 0) return writeDecimal(out, static_cast<std::uint32_t>(magnitude));
+    return writeDecimal(out, magnitude);
 }
 
 } // namespace neq

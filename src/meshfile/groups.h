@@ -1,0 +1,25 @@
+#pragma once
+
+// Polygroups of a NeQ mesh: one signed 16-bit group identifier per face, in the group
+// block.
+
+#include "meshfile/neq_bytes.h"
+
+#include <cstddef>
+#include <optional>
+
+namespace neq::meshfile {
+
+// Host codes of the group count.
+constexpr float kGroupFileCannotOpenResult = -17.0f;
+constexpr float kNoGroupBlockResult = -18.0f;
+
+// The number of distinct values in the group block, or nullopt when there is none. A
+// count that claims more records than the buffer holds is clamped to those present.
+std::optional<std::size_t> countDistinctGroups(const NeqView& file);
+
+// Loads the file and counts its groups. Returns the count, -17 when the file cannot be
+// opened, -18 when it has no group block.
+float countGroupsInFile(const char* path);
+
+} // namespace neq::meshfile

@@ -1,0 +1,85 @@
+#include "support/host_library.h"
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+
+#include <set>
+#include <string>
+
+namespace neq::test {
+namespace {
+
+// The library may stay loaded between tests, so each test starts by closing whatever
+// stream an earlier one left in `folder`.
+class FolderListing : public ::testing::Test {
+  protected:
+    FolderListing() { library.call("CloseFolder"); }
+    ~FolderListing() override { library.call("CloseFolder"); }
+
+    float open(const std::string& path) { return library.call("OpenFolder", path.c_str()); }
+    float next() { return library.call("GetFile", nullptr, name); }
+
+    HostLibrary library;
+    TempDir dir;
+    char name[4096] = "";
+};
+
+TEST_F(FolderListing, EntriesNeedAnOpenFolder) {
+    EXPECT_EQ(next(), -1.0f);
+    EXPECT_EQ(library.call("CloseFolder"), -1.0f);
+    EXPECT_EQ(open(dir.file("missing")), -1.0f);
+    EXPECT_EQ(next(), -1.0f);
+    EXPECT_EQ(library.call("OpenFolder", nullptr), -1.0f);
+    EXPECT_EQ(next(), -1.0f);
+}
+
+TEST_F(FolderListing, EndOfListingLeavesTheStreamOpenUntilClosed) {
+    writeFile(dir.file("only.txt"), "x");
+    ASSERT_EQ(open(dir.path()), 0.0f);
+    std::multiset<std::string> names;
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_EQ(next(), 0.0f);
+        names.insert(name);
+    }
+    EXPECT_EQ(names, (std::multiset<std::string>{".", "..", "only.txt"}));
+    EXPECT_EQ(next(), -3.0f);
+    EXPECT_EQ(next(), -3.0f) << "still open, still at the end";
+    EXPECT_EQ(library.call("CloseFolder"), 0.0f);
+    EXPECT_EQ(library.call("CloseFolder"), -1.0f);
+    EXPECT_EQ(next(), -1.0f);
+}
+
+TEST_F(FolderListing, SecondOpenReplacesTheFirstStreamWithoutClosingIt) {
+    TempDir other;
+    writeFile(other.file("from-other"), "");
+    DIR* const* const folder = static_cast<DIR* const*>(library.symbol("folder"));
+    ASSERT_NE(folder, nullptr);
+    ASSERT_EQ(open(dir.path()), 0.0f);
+    ASSERT_EQ(next(), 0.0f);
+    DIR* const first = *folder;
+    ASSERT_EQ(open(other.path()), 0.0f);
+    EXPECT_NE(*folder, first);
+    std::set<std::string> names;
+    while (next() == 0.0f)
+        names.insert(name);
+    EXPECT_EQ(names, (std::set<std::string>{".", "..", "from-other"}));
+    EXPECT_EQ(library.call("CloseFolder"), 0.0f);
+    EXPECT_EQ(library.call("CloseFolder"), -1.0f) << "the first stream is out of reach";
+    // Still open and readable; the library never closes it, so the test does.
+    EXPECT_NE(::readdir(first), nullptr);
+    ::closedir(first);
+}
+
+TEST_F(FolderListing, NullOutputLosesNoEntry) {
+    ASSERT_EQ(open(dir.path()), 0.0f);
+    EXPECT_EQ(library.call("GetFile", nullptr, nullptr), -1.0f);
+    int count = 0;
+    while (next() == 0.0f)
+        ++count;
+    EXPECT_EQ(count, 2); // "." and ".."
+}
+
+} // namespace
+} // namespace neq::test

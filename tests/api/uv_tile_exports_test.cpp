@@ -1,0 +1,85 @@
+// The UV tile exports as the host reaches them: through the real shared library, with
+// the typed exports found under their C++ (mangled) names.
+
+#include "meshfile/uv_test_meshes.h"
+#include "support/host_library.h"
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+namespace neq::test {
+namespace {
+
+using GetUVTileFn = float (*)(const char*, char*);
+using GetUVsFromNeQFn = float (*)(const char*, char*);
+using GetUVGroupFn = float (*)(const char*);
+using GetUVTileStringFn = void (*)(int, char*);
+
+class UvTileExports : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        getUVTile = reinterpret_cast<GetUVTileFn>(library.symbol("_Z9GetUVTilePKcPc"));
+        getUVsFromNeQ = reinterpret_cast<GetUVsFromNeQFn>(library.symbol("_Z13GetUVsFromNeQPKcPc"));
+        getUVGroup = reinterpret_cast<GetUVGroupFn>(library.symbol("_Z10GetUVGroupPKc"));
+        getUVTileString =
+            reinterpret_cast<GetUVTileStringFn>(library.symbol("_Z15getUVTileStringiPc"));
+        ASSERT_TRUE(getUVTile && getUVsFromNeQ && getUVGroup && getUVTileString);
+        ASSERT_TRUE(meshfile::writeBytesToFile(
+            mesh, meshfile::buildNeqChain(uvMesh({{0.5f, 0.5f}, {1.5f, 0.2f}, {0.1f, 0.9f}}))));
+        library.call("clearUVString");
+    }
+    std::string tileString(int index) const {
+        char buffer[64] = "unchanged";
+        getUVTileString(index, buffer);
+        return buffer;
+    }
+
+    HostLibrary library;
+    TempDir dir;
+    const std::string mesh = dir.file("head.NeQ");
+    GetUVTileFn getUVTile = nullptr;
+    GetUVsFromNeQFn getUVsFromNeQ = nullptr;
+    GetUVGroupFn getUVGroup = nullptr;
+    GetUVTileStringFn getUVTileString = nullptr;
+};
+
+TEST_F(UvTileExports, ResultCodesAndTheBufferWrittenOnlyOnSuccess) {
+    meshfile::Mesh plain = uvMesh({{}});
+    plain.uvs.clear();
+    plain.groups.clear();
+    const std::string plainFile = dir.file("plain.NeQ");
+    ASSERT_TRUE(meshfile::writeBytesToFile(plainFile, meshfile::buildNeqChain(plain)));
+    char buffer[64] = "unchanged";
+    for (const std::string& unreadable : {dir.file("missing.NeQ"), dir.path()}) {
+        EXPECT_EQ(getUVTile(unreadable.c_str(), buffer), -17.0f);
+        EXPECT_EQ(getUVGroup(unreadable.c_str()), -17.0f);
+    }
+    EXPECT_EQ(getUVTile(plainFile.c_str(), buffer), -18.0f);
+    EXPECT_STREQ(buffer, "unchanged");
+    EXPECT_EQ(getUVGroup(plainFile.c_str()), -18.0f);
+    EXPECT_EQ(getUVsFromNeQ(plainFile.c_str(), buffer), -18.0f);
+    EXPECT_EQ(getUVTile(mesh.c_str(), buffer), 2.0f);
+    EXPECT_STREQ(buffer, "_u0_v0");
+    EXPECT_EQ(getUVTile(mesh.c_str(), nullptr), 2.0f);
+    EXPECT_EQ(getUVGroup(mesh.c_str()), 3.0f);
+}
+
+TEST_F(UvTileExports, SplitNamesAreReadBackAndClearedThroughTheHostEntry) {
+    EXPECT_EQ(tileString(0), "unchanged");
+    std::string base = dir.file("out.NeQ");
+    EXPECT_EQ(getUVsFromNeQ(mesh.c_str(), base.data()), 2.0f);
+    EXPECT_TRUE(fileExists(dir.file("out0.NeQ")) && fileExists(dir.file("out1.NeQ")));
+    EXPECT_EQ(tileString(0), "_u0_v0");
+    EXPECT_EQ(tileString(1), "_u1_v0");
+    // A second split starts the list afresh; a failed one leaves it empty.
+    EXPECT_EQ(getUVsFromNeQ(mesh.c_str(), base.data()), 2.0f);
+    EXPECT_EQ(tileString(2), "unchanged");
+    EXPECT_EQ(getUVsFromNeQ(dir.file("missing.NeQ").c_str(), base.data()), -1760.0f);
+    EXPECT_EQ(tileString(0), "unchanged");
+    EXPECT_EQ(getUVsFromNeQ(mesh.c_str(), base.data()), 2.0f);
+    EXPECT_EQ(library.call("clearUVString"), 0.0f);
+    EXPECT_EQ(tileString(0), "unchanged");
+}
+
+} // namespace
+} // namespace neq::test

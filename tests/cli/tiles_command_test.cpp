@@ -1,0 +1,58 @@
+#include "meshfile/uv_test_meshes.h"
+#include "support/temp_dir.h"
+#include "support/tool_run.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace neq::test {
+namespace {
+
+class TilesCommand : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_TRUE(meshfile::writeBytesToFile(
+            mesh, meshfile::buildNeqChain(uvMesh({{0.5f, 0.5f}, {-0.5f, 0.2f}, {0.1f, 0.9f}}))));
+    }
+    TempDir dir;
+    const std::string mesh = dir.file("m.NeQ");
+};
+
+TEST_F(TilesCommand, ListsSplitsAndCounts) {
+    EXPECT_EQ(runTool("tiles " + mesh).output,
+              mesh + ": 2 UV tiles (* = tile of the last face)\n  _u-1_v0\n  _u0_v0 *\n");
+    const std::string base = dir.file("t.NeQ");
+    const ToolRun split = runTool("tiles " + mesh + " " + base + " --split");
+    EXPECT_EQ(split.exitCode, 0);
+    EXPECT_EQ(split.output, mesh + ": wrote 2 tile files\n  " + dir.file("t0.NeQ") +
+                                "  _u-1_v0\n  " + dir.file("t1.NeQ") + "  _u0_v0\n");
+    EXPECT_EQ(runTool("groups " + mesh).output, mesh + ": 3 distinct groups\n");
+}
+
+TEST_F(TilesCommand, TranslatesFailures) {
+    ASSERT_EQ(::mkdir(dir.file("t1.NeQ").c_str(), 0700), 0);
+    const ToolRun split = runTool("tiles " + mesh + " " + dir.file("t.NeQ") + " --split", true);
+    EXPECT_EQ(split.exitCode, 1);
+    EXPECT_NE(split.output.find("cannot create or write output file " + dir.file("t1.NeQ") +
+                                " (result 1502)"),
+              std::string::npos)
+        << split.output;
+    const std::string missing = dir.file("none.NeQ");
+    const struct {
+        std::string arguments;
+        int exitCode;
+        std::string message;
+    } cases[] = {{"tiles " + missing, 1, "cannot open input file " + missing},
+                 {"groups " + missing, 1, "cannot open input file " + missing},
+                 {"tiles " + mesh + " o.NeQ", 2, "OUTBASE.NeQ needs --split"},
+                 {"tiles", 2, "missing FILE"}};
+    for (const auto& c : cases) {
+        const ToolRun run = runTool(c.arguments, true);
+        EXPECT_EQ(run.exitCode, c.exitCode) << c.arguments;
+        EXPECT_NE(run.output.find(c.message), std::string::npos) << run.output;
+    }
+}
+
+} // namespace
+} // namespace neq::test

@@ -1,0 +1,110 @@
+#include "api/mesh_exports.h"
+#include "api/module_state.h"
+#include "meshfile/face_ids.h"
+#include "meshfile/neq_format.h"
+#include "meshfile/neq_writer.h"
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace neq::meshfile {
+namespace {
+
+using Ids = std::vector<std::uint32_t>;
+
+Mesh twoQuadsOneTriangle() {
+    Mesh mesh;
+    mesh.faces = {{0, 1, 2, 3}, {4, 5, 6, 0}, {1, 2, 3, -1}};
+    return mesh;
+}
+
+TEST(FaceIds, MultiplierIsFourToTheLevelMinusOneTruncated) {
+    const struct {
+        double level;
+        std::uint32_t multiplier;
+    } cases[] = {
+        {0, 0},
+        {1, 1},
+        {2, 4},
+        {3, 16},
+        {1.5, 2},
+        {-3, 0},
+        {16, 1u << 30},
+        // Past the 32-bit range the power saturates rather than converting undefinedly.
+        {17, 2147483647u},
+        {std::numeric_limits<double>::infinity(), 2147483647u},
+        {std::nan(""), 0},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(subdivisionMultiplier(c.level), c.multiplier) << c.level;
+}
+
+TEST(FaceIds, QuadsAndTrianglesPerLevel) {
+    const NeqBytes bytes = buildNeqFacesFirst(twoQuadsOneTriangle());
+    const struct {
+        double level;
+        Ids ids;
+    } cases[] = {
+        {0, {0, 0, 0}},
+        {1, {4, 4, 3}},
+        {2, {16, 16, 12}},
+        {3, {64, 64, 48}},
+        // 4 * 2^30 wraps to 0 in the unsigned entries.
+        {16, {0, 0, 3u << 30}},
+    };
+    for (const auto& c : cases) {
+        Ids ids{99};
+        EXPECT_EQ(readFaceIds(NeqView(bytes), c.level, ids), 3u);
+        EXPECT_EQ(ids, c.ids) << c.level;
+    }
+}
+
+TEST(FaceIds, ReadsTheFirstBlockWhateverItsTagAndClampsItsCount) {
+    // A vertex-first file: its vertex records are read as faces, 16 bytes at a time.
+    Mesh mesh;
+    mesh.vertices = {{0, 0, 0}, {-1, 0, 0}, {0, 0, 0}, {0, 0, 0}};
+    NeqBytes bytes = buildNeqChain(mesh);
+    Ids ids;
+    // Count 4 at offset 40; the 4th word of record 0 is vertex 1's x = -1.0f, whose
+    // sign bit reads as a negative index: a triangle.
+    EXPECT_EQ(readFaceIds(NeqView(bytes), 1, ids), 4u);
+    EXPECT_EQ(ids, (Ids{3, 4, 4, 4}));
+
+    // A count far past the end yields only the records that fit in the buffer.
+    bytes = buildNeqFacesFirst(twoQuadsOneTriangle());
+    bytes[kFirstBlockCountOffset + 3] = 0x7F;
+    EXPECT_EQ(readFaceIds(NeqView(bytes), 1, ids), 4u) << "3 faces and the 16 zero bytes";
+    EXPECT_EQ(ids, (Ids{4, 4, 3, 4}));
+
+    const NeqBytes tooShort(kFirstBlockCountOffset + 3, 0xFF);
+    EXPECT_EQ(readFaceIds(NeqView(tooShort), 1, ids), 0u);
+}
+
+TEST(FaceIds, TypedExportFillsTheModuleListAndEmptiesItFirst) {
+    test::TempDir dir;
+    const std::string path = dir.file("base.neq");
+    ASSERT_TRUE(writeBytesToFile(path, buildNeqFacesFirst(twoQuadsOneTriangle())));
+    faceID = {7, 7, 7, 7, 7};
+    EXPECT_EQ(GetFaceIDsNeq(path.c_str(), 2.0), 3.0f);
+    EXPECT_EQ(faceID, (Ids{16, 16, 12}));
+
+    // Emptied even when the file cannot be opened.
+    EXPECT_EQ(GetFaceIDsNeq(dir.file("missing.neq").c_str(), 1.0), -1760.0f);
+    EXPECT_TRUE(faceID.empty());
+    faceID = {1};
+    EXPECT_EQ(GetFaceIDsNeq(dir.path().c_str(), 1.0), -1760.0f);
+    EXPECT_TRUE(faceID.empty());
+
+    Mesh none;
+    ASSERT_TRUE(writeBytesToFile(path, buildNeqFacesFirst(none)));
+    faceID = {1};
+    EXPECT_EQ(GetFaceIDsNeq(path.c_str(), 1.0), 0.0f);
+    EXPECT_TRUE(faceID.empty());
+}
+
+} // namespace
+} // namespace neq::meshfile

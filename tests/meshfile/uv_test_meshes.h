@@ -1,0 +1,71 @@
+#pragma once
+
+// Meshes and expected bytes shared by the UV tile and group tests.
+
+#include "meshfile/neq_format.h"
+#include "meshfile/neq_writer.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace neq::test {
+
+using UvRecord = std::array<float, 8>; // u0 v0 u1 v1 u2 v2 u3 v3
+
+// One quad per UV record, each over its own four vertices, with colours and a group
+// per face so that blocks follow the UV block.
+inline meshfile::Mesh uvMesh(const std::vector<UvRecord>& uvs) {
+    meshfile::Mesh mesh;
+    for (std::size_t f = 0; f < uvs.size(); ++f) {
+        const auto first = static_cast<std::int32_t>(mesh.vertices.size());
+        for (int corner = 0; corner < 4; ++corner) {
+            mesh.vertices.push_back({float(f), float(corner), 1.0f});
+            mesh.colours.push_back({10, 20, 30});
+        }
+        mesh.faces.push_back({first, first + 1, first + 2, first + 3});
+        mesh.groups.push_back(static_cast<std::int16_t>(f % 3));
+    }
+    mesh.uvs = uvs;
+    return mesh;
+}
+
+// buildNeqChain(uvMesh(records)), with an empty UV block when there are no records.
+inline meshfile::NeqBytes uvFile(const std::vector<UvRecord>& records) {
+    if (!records.empty()) return meshfile::buildNeqChain(uvMesh(records));
+    meshfile::NeqBuilder builder;
+    builder.block(meshfile::kVertexTag, 0, nullptr, 0).block(meshfile::kFaceTag, 0, nullptr, 0);
+    return builder.block(meshfile::kUvTag, 0, nullptr, 0).terminator().take();
+}
+
+// Where the UV block's records start in buildNeqChain(mesh): file header, vertex block,
+// face block and the UV block's own header, counted here independently of the reader.
+inline std::size_t uvRecordsOffset(const meshfile::Mesh& mesh) {
+    return 32 + 16 + 12 * mesh.vertices.size() + 16 + 16 * mesh.faces.size() + 16;
+}
+
+inline std::string asString(const meshfile::NeqBytes& bytes) {
+    return std::string(bytes.begin(), bytes.end());
+}
+
+// The little-endian bytes of single-precision floats.
+inline std::string floatBytes(const std::vector<float>& values) {
+    std::string out;
+    for (float value : values) {
+        std::uint32_t bits;
+        std::memcpy(&bits, &value, sizeof bits);
+        for (int i = 0; i < 4; ++i)
+            out.push_back(static_cast<char>(bits >> (8 * i)));
+    }
+    return out;
+}
+
+// A tile file as it must come out: the input up to the UV records, the pairs, 16 zeros.
+inline std::string expectedTileFile(const meshfile::NeqBytes& input, std::size_t prefixSize,
+                                    const std::vector<float>& pairs) {
+    return asString(input).substr(0, prefixSize) + floatBytes(pairs) + std::string(16, '\0');
+}
+
+} // namespace neq::test

@@ -1,0 +1,137 @@
+#include "meshfile/uv_tiles.h"
+
+#include "meshfile/neq_format.h"
+#include "meshfile/uv_test_meshes.h"
+#include "meshfile/uv_tiles_split.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <memory>
+
+namespace neq::test {
+namespace {
+
+using meshfile::NeqBytes;
+using meshfile::NeqView;
+
+std::uint32_t bitsOf(float value) {
+    std::uint32_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
+TEST(UvTiles, CoordinateSplitShiftsNegativesDownOneTile) {
+    const float kNaN = std::numeric_limits<float>::quiet_NaN();
+    const float kInf = std::numeric_limits<float>::infinity();
+    constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
+    const struct {
+        float c;
+        std::int32_t tile;
+        float local;
+    } cases[] = {
+        {0.3f, 0, 0.3f},    {1.0f, 1, 0.0f},      {1.25f, 1, 0.25f},  {-0.25f, -1, 0.75f},
+        {-1.0f, -2, -0.0f}, {-0.0f, 0, -0.0f},    {-2.5f, -3, 0.5f},  {10.5f, 10, 0.5f},
+        {3e9f, kMin, 0.0f}, {-3e9f, kMin, -0.0f}, {kInf, kMin, 0.0f},
+    };
+    for (const auto& c : cases) {
+        const meshfile::TileCoordinate split = meshfile::splitCoordinate(c.c);
+        EXPECT_EQ(split.tile, c.tile) << c.c;
+        EXPECT_EQ(meshfile::tileIndexOf(c.c), c.tile) << c.c;
+        // Bit equality: -1.0 must come out as -0.0, exactly as the tile files carry it.
+        EXPECT_EQ(bitsOf(split.local), bitsOf(c.local)) << c.c;
+    }
+    EXPECT_EQ(meshfile::splitCoordinate(kNaN).tile, kMin);
+}
+
+TEST(UvTiles, NamesAndByteStringOrder) {
+    EXPECT_EQ(meshfile::uvTileName(-1, 2), "_u-1_v2");
+    EXPECT_EQ(meshfile::uvTileName(-2147483647 - 1, 2147483647), "_u-2147483648_v2147483647");
+    meshfile::TileCollector collector;
+    for (const meshfile::TileKey key : {meshfile::TileKey{2, 0}, {10, 0}, {0, 0}, {-1, 0}, {2, 0}})
+        collector.add(key);
+    std::vector<std::string> names;
+    for (const meshfile::UV_tile& tile : collector.tiles())
+        names.push_back(tile.name);
+    EXPECT_EQ(names, (std::vector<std::string>{"_u-1_v0", "_u0_v0", "_u10_v0", "_u2_v0"}));
+}
+
+TEST(UvTiles, ScanUsesFirstPairAndReportsLastRecordsTile) {
+    const struct {
+        std::vector<UvRecord> records;
+        std::vector<std::string> tiles;
+        std::string last;
+    } cases[] = {
+        {{{0.5f, 0.5f}, {1.5f, 0.2f}, {0.1f, 0.9f}}, {"_u0_v0", "_u1_v0"}, "_u0_v0"},
+        {{}, {}, ""},
+        // Later pairs never add a tile.
+        {{{0.5f, 0.5f, 7.5f, 7.5f, -3.f, -3.f, 9.f, 9.f}}, {"_u0_v0"}, "_u0_v0"},
+        {{{-0.25f, 0.5f}, {0.5f, -1.0f}}, {"_u-1_v0", "_u0_v-2"}, "_u0_v-2"},
+    };
+    for (const auto& c : cases) {
+        const NeqBytes bytes = uvFile(c.records);
+        const auto scan = meshfile::scanUvTiles(NeqView(bytes));
+        ASSERT_TRUE(scan);
+        std::vector<std::string> names;
+        for (const meshfile::UV_tile& tile : scan->tiles)
+            names.push_back(tile.name);
+        EXPECT_EQ(names, c.tiles);
+        EXPECT_EQ(scan->lastTileName, c.last);
+    }
+}
+
+// A UV block whose header or records run past the end: counts are clamped to the
+// records present, a header that does not fit is no block at all.
+TEST(UvTiles, HostileBlocksAreClamped) {
+    const std::vector<UvRecord> records = {{0.5f, 0.5f}, {1.5f, 0.5f}, {2.5f, 0.5f}};
+    const UvRecord* data = records.data();
+    const struct {
+        std::uint32_t claimedCount;
+        std::size_t recordsPresent;
+        std::size_t tiles;
+    } cases[] = {{3, 3, 3}, {0xFFFFFFFFu, 3, 3}, {2, 3, 2}, {0x80000000u, 1, 1}};
+    for (const auto& c : cases) {
+        meshfile::NeqBuilder builder;
+        builder.block(meshfile::kUvTag, 0, nullptr, 0);
+        NeqBytes bytes = builder.take();
+        std::memcpy(&bytes[32 + 8], &c.claimedCount, 4);
+        const auto* raw = reinterpret_cast<const std::uint8_t*>(data);
+        bytes.insert(bytes.end(), raw, raw + 32 * c.recordsPresent);
+        const auto scan = meshfile::scanUvTiles(NeqView(bytes));
+        ASSERT_TRUE(scan);
+        EXPECT_EQ(scan->tiles.size(), c.tiles) << c.claimedCount;
+        const auto split = meshfile::UvTileSplit::plan(NeqView(bytes));
+        ASSERT_TRUE(split);
+        EXPECT_EQ(split->pairCount(), 4 * std::min<std::size_t>(c.claimedCount, c.recordsPresent));
+        // The copied header still claims what the input claimed.
+        EXPECT_EQ(std::memcmp(split->tileImage(0).data(), bytes.data(), 48), 0);
+    }
+}
+
+// Every prefix of a valid file, each in an allocation of exactly its size, so that any
+// read past the end is caught by the address sanitizer.
+TEST(UvTiles, EveryPrefixOfAFileIsReadSafely) {
+    const NeqBytes whole =
+        meshfile::buildNeqChain(uvMesh({{0.5f, 0.5f, 1.5f, 0.5f}, {-0.25f, 0.5f}, {1.25f, 0.75f}}));
+    const std::size_t recordsStart = uvRecordsOffset(uvMesh({{}, {}, {}}));
+    for (std::size_t size = 0; size <= whole.size(); ++size) {
+        auto copy = std::make_unique<std::uint8_t[]>(size);
+        if (size != 0) std::memcpy(copy.get(), whole.data(), size);
+        const NeqView view(copy.get(), size);
+        const auto scan = meshfile::scanUvTiles(view);
+        const auto split = meshfile::UvTileSplit::plan(view);
+        ASSERT_EQ(scan.has_value(), size >= recordsStart) << size;
+        ASSERT_EQ(split.has_value(), scan.has_value()) << size;
+        if (!split) continue;
+        const std::size_t recordsPresent = std::min<std::size_t>(3, (size - recordsStart) / 32);
+        EXPECT_EQ(split->pairCount(), 4 * recordsPresent) << size;
+        EXPECT_EQ(split->tiles().size(), scan->tiles.size()) << size;
+        for (std::size_t k = 0; k < split->tiles().size(); ++k)
+            EXPECT_EQ(split->tileImage(k).size(), split->tileFileSize());
+    }
+}
+
+} // namespace
+} // namespace neq::test

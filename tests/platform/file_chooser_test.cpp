@@ -1,0 +1,66 @@
+#include "platform/file_chooser.h"
+
+#include "support/process_env.h"
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+namespace neq::platform {
+namespace {
+
+using test::fileExists;
+using test::readFile;
+using test::TempDir;
+
+// Runs the chooser against a stand-in of the chooser program, alone on PATH.
+class FileChooser : public ::testing::Test {
+  protected:
+    void installChooser(const std::string& body) {
+        test::writeShellScript(bin_.file(fileChooserCommand("").front()), body);
+    }
+    std::string file(const std::string& name) const { return bin_.file(name); }
+
+  private:
+    TempDir bin_;
+    test::ScopedEnvironmentVariable path_{"PATH", bin_.path()};
+};
+
+TEST_F(FileChooser, NoChooserInstalledMeansNoFile) {
+    EXPECT_EQ(chooseFile("Open"), std::nullopt);
+}
+
+TEST_F(FileChooser, CancellingMeansNoFile) {
+    installChooser("printf '/ignored.vws\\n'\nexit 1\n");
+    EXPECT_EQ(chooseFile("Open"), std::nullopt);
+}
+
+TEST_F(FileChooser, ConfirmedPathComesBackWithoutItsNewline) {
+    installChooser("printf '/scenes/a b.vws\\n'\n");
+    EXPECT_EQ(chooseFile("Open"), std::optional<std::string>("/scenes/a b.vws"));
+    installChooser("exit 0\n");
+    EXPECT_EQ(chooseFile("Open"), std::nullopt) << "confirmed without a path";
+}
+
+TEST_F(FileChooser, TitleReachesTheChooserVerbatim) {
+    const std::string marker = file("marker");
+    const std::string title = "Pick \"one\" 'now' $(touch " + marker + ") `touch " + marker +
+                              "`; touch " + marker + " \\ -x";
+    installChooser("for a in \"$@\"; do printf '%s\\n' \"$a\"; done > " + file("argv") + "\n");
+    EXPECT_EQ(chooseFile(title), std::nullopt);
+
+    const std::vector<std::string> command = fileChooserCommand(title);
+    std::string expected;
+    bool titleSeen = false;
+    for (std::size_t i = 1; i < command.size(); ++i) {
+        expected += command[i] + "\n";
+        const std::string& argument = command[i];
+        titleSeen |= argument.size() >= title.size() &&
+                     argument.compare(argument.size() - title.size(), title.size(), title) == 0;
+    }
+    EXPECT_EQ(readFile(file("argv")), expected);
+    EXPECT_TRUE(titleSeen);
+    EXPECT_FALSE(fileExists(marker)) << "the title went through a shell";
+}
+
+} // namespace
+} // namespace neq::platform
