@@ -58,40 +58,41 @@ bool writeSampleFiles(DemoContext& context, const meshfile::Mesh& base,
     context.baseMeshPath = context.dir + "base.NeQ";
     context.subdividedPath = context.dir + "subdivided.NeQ";
     return writeMeshFile(context, "base.NeQ", meshfile::buildNeqChain(base),
-                         countsOf(base) + ", colours, UVs over 2 tiles, 3 groups") &&
+                         countsOf(base) + ", colours, UVs in 2 tiles, 3 groups") &&
            writeMeshFile(context, "base_faces.NeQ", meshfile::buildNeqFacesFirst(base),
-                         "its face block first, as GetFaceIDsNeq reads it") &&
+                         "face block first, for GetFaceIDsNeq") &&
            writeMeshFile(context, "subdivided.NeQ", meshfile::buildNeqForObjExport(subdivided),
-                         countsOf(subdivided) + ", laid out for the OBJ export") &&
+                         countsOf(subdivided) + ", in the OBJ export's layout") &&
            writeMeshFile(context, "subdivided_colors.NeQ",
                          meshfile::buildNeqColoursFirst(subdivided),
-                         "its colour block first, as ReadVertColorNeq reads it");
+                         "colour block first, for ReadVertColorNeq");
 }
 
-bool runFaceIds(const DemoContext& context) {
+// Fills the library's face IDs; their count, or -1 after printing why not.
+long runFaceIds(const DemoContext& context) {
     const std::string path = context.dir + "base_faces.NeQ";
     const float result = GetFaceIDsNeq(path.c_str(), kSubdivisionLevel);
     if (result < 0) {
         printError(describeCode(result, path, ""));
-        return false;
+        return -1;
     }
     const auto faces = std::accumulate(faceID.begin(), faceID.end(), 0ull);
-    std::printf("  GetFaceIDsNeq(base_faces.NeQ, level 1) = %g: %llu subdivided faces "
+    std::printf("  GetFaceIDsNeq(base_faces.NeQ, 1) = %g: %llu subdivided faces "
                 "(4 per quad, 3 per triangle)\n",
                 static_cast<double>(result), faces);
-    return true;
+    return static_cast<long>(result);
 }
 
-bool runObjExport(const DemoContext& context) {
+bool runObjExport(const DemoContext& context, const meshfile::Mesh& subdivided, long groups) {
     std::string objPath = context.dir + "subdivided.obj";
     const float result = writeOBJfromNeq(context.subdividedPath.c_str(), objPath.data());
     if (result != 0.0f) {
         printError(describeCode(result, context.subdividedPath, objPath));
         return false;
     }
-    std::printf("  writeOBJfromNeq -> subdivided.obj %llu bytes: vertices, RGB block, faces "
-                "under one \"#FaceID\" per base face\n",
-                fileSize(objPath));
+    std::printf("  writeOBJfromNeq  -> subdivided.obj %6llu bytes: %zu vertices, RGB block, "
+                "%ld #FaceID groups\n",
+                fileSize(objPath), subdivided.vertices.size(), groups);
     return true;
 }
 
@@ -103,7 +104,7 @@ bool runColourExport(const DemoContext& context, const meshfile::Mesh& subdivide
         printError(describeCode(result, input, textPath));
         return false;
     }
-    std::printf("  ReadVertColorNeq -> colors.txt %llu bytes: RGB block of %zu colours\n",
+    std::printf("  ReadVertColorNeq -> colors.txt     %6llu bytes: RGB block of %zu colours\n",
                 fileSize(textPath), subdivided.colours.size());
     return true;
 }
@@ -115,7 +116,9 @@ bool demoMeshSteps(DemoContext& context) {
     const meshfile::Mesh subdivided = meshfile::subdivideMesh(base);
     if (!writeSampleFiles(context, base, subdivided)) return false;
     std::printf("\n-- Face IDs, OBJ export and colours\n");
-    return runFaceIds(context) && runObjExport(context) && runColourExport(context, subdivided);
+    const long groups = runFaceIds(context);
+    return groups >= 0 && runObjExport(context, subdivided, groups) &&
+           runColourExport(context, subdivided);
 }
 
 } // namespace neq::cli

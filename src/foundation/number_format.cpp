@@ -220,47 +220,64 @@ char* writeText(char* out, const char* text) {
     return out + size;
 }
 
-constexpr std::uint64_t kIntPow10[] = {1ULL,
-                                       10ULL,
-                                       100ULL,
-                                       1000ULL,
-                                       10000ULL,
-                                       100000ULL,
-                                       1000000ULL,
-                                       10000000ULL,
-                                       100000000ULL,
-                                       1000000000ULL,
-                                       10000000000ULL,
-                                       100000000000ULL,
-                                       1000000000000ULL,
-                                       10000000000000ULL,
-                                       100000000000000ULL,
-                                       1000000000000000ULL,
-                                       10000000000000000ULL,
-                                       100000000000000000ULL,
-                                       1000000000000000000ULL,
-                                       10000000000000000000ULL};
+// Integers are written two digits at a time from a 32.32 fixed-point fraction
+// n / 10^k: the integer part is the leading digit or pair, and each multiplication of
+// the fraction by 100 brings the next pair into the integer part. The multipliers are
+// rounded up so that truncation never loses a digit; each is exact over its range
+// (checked for every 32-bit value).
 
-int decimalDigitCount(std::uint64_t value) {
-    value |= 1;
-    const int estimate = (64 - __builtin_clzll(value)) * 1233 >> 12; // ~bits·log10(2)
-    return estimate + 1 - (value < kIntPow10[estimate]);
+// One digit or a pair, without a leading zero.
+char* writeLeading(char* out, unsigned value) {
+    if (value < 10) {
+        *out = static_cast<char>('0' + value);
+        return out + 1;
+    }
+    putPair(out, value);
+    return out + 2;
 }
 
-// The digits of `value`, two at a time from the right.
-template <class Unsigned> char* writeDecimal(char* out, Unsigned value) {
-    char* const end = out + decimalDigitCount(value);
-    char* p = end;
-    while (value >= 100) {
-        p -= 2;
-        putPair(p, static_cast<unsigned>(value % 100));
-        value /= 100;
+char* writeFollowingPairs(char* out, std::uint64_t fixed, int pairs) {
+    for (int i = 0; i < pairs; ++i, out += 2) {
+        fixed = static_cast<std::uint32_t>(fixed) * std::uint64_t{100};
+        putPair(out, static_cast<unsigned>(fixed >> 32));
     }
-    if (value >= 10)
-        putPair(p - 2, static_cast<unsigned>(value));
-    else
-        p[-1] = static_cast<char>('0' + value);
-    return end;
+    return out;
+}
+
+// value / 10^6 for value < 10^8, leading zeros kept.
+std::uint64_t fixedOverMillion(std::uint32_t value) {
+    return (value * std::uint64_t{281474977} >> 16) + 1;
+}
+
+char* writeEightDigits(char* out, std::uint32_t value) {
+    const std::uint64_t fixed = fixedOverMillion(value);
+    putPair(out, static_cast<unsigned>(fixed >> 32));
+    return writeFollowingPairs(out + 2, fixed, 3);
+}
+
+char* writeDecimal(char* out, std::uint32_t value) {
+    if (value < 100) return writeLeading(out, value);
+    if (value < 10000) {
+        const std::uint64_t fixed = value * std::uint64_t{42949673}; // / 10^2
+        return writeFollowingPairs(writeLeading(out, static_cast<unsigned>(fixed >> 32)), fixed, 1);
+    }
+    if (value < 1000000) {
+        const std::uint64_t fixed = value * std::uint64_t{429497}; // / 10^4
+        return writeFollowingPairs(writeLeading(out, static_cast<unsigned>(fixed >> 32)), fixed, 2);
+    }
+    if (value < 100000000) {
+        const std::uint64_t fixed = fixedOverMillion(value);
+        return writeFollowingPairs(writeLeading(out, static_cast<unsigned>(fixed >> 32)), fixed, 3);
+    }
+    const std::uint32_t high = value / 100000000;
+    return writeEightDigits(writeLeading(out, high), value - high * 100000000);
+}
+
+char* writeDecimal(char* out, std::uint64_t value) {
+    if (value >> 32 == 0) return writeDecimal(out, static_cast<std::uint32_t>(value));
+    const std::uint64_t upper = value / 100000000;
+    return writeEightDigits(writeDecimal(out, upper),
+                            static_cast<std::uint32_t>(value - upper * 100000000));
 }
 
 } // namespace
@@ -290,8 +307,6 @@ char* formatInt(char* out, std::int64_t value) {
         *out++ = '-';
         magnitude = 0 - magnitude;
     }
-    // Most numbers written are indices and counts; 32-bit division is the cheaper kind.
-    if (magnitude >> 32 == 0) return writeDecimal(out, static_cast<std::uint32_t>(magnitude));
     return writeDecimal(out, magnitude);
 }
 

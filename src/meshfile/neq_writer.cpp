@@ -30,7 +30,7 @@ std::uint32_t count32(std::size_t n) {
 
 NeqBuilder::NeqBuilder() {
     static const char kHeader[kFileHeaderSize] = "NeQ mesh - neqbridge writer";
-    raw(kHeader, sizeof kHeader);
+    bytes_.assign(kHeader, kHeader + sizeof kHeader);
 }
 
 NeqBuilder& NeqBuilder::block(std::uint32_t tag, std::uint32_t count, const void* records,
@@ -44,8 +44,10 @@ NeqBuilder& NeqBuilder::block(std::uint32_t tag, std::uint32_t count, const void
 }
 
 NeqBuilder& NeqBuilder::raw(const void* data, std::size_t size) {
-    const auto* begin = static_cast<const std::uint8_t*>(data);
-    if (size != 0) bytes_.insert(bytes_.end(), begin, begin + size);
+    if (size == 0) return *this;
+    const std::size_t used = bytes_.size();
+    bytes_.resize(used + size);
+    std::memcpy(bytes_.data() + used, data, size);
     return *this;
 }
 

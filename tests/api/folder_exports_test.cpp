@@ -72,20 +72,17 @@ TEST(FolderExports, ClearFolderFailsWithoutTheBackslashFolder) {
     EXPECT_TRUE(fileExists(dir.file("kept.txt")));
 }
 
-TEST(FolderExports, TextResultsAreCallerOwnedCopies) {
-    const std::unique_ptr<char[]> shared(getSharedFolder());
-    ASSERT_NE(shared, nullptr);
-    EXPECT_EQ(std::string(shared.get()), platform::usersFolder());
-
+// getSharedFolder is tested through GetPublicFolder with the other file services.
+TEST(FolderExports, ChosenFileIsACallerOwnedCopy) {
     TempDir bin;
     ScopedEnvironmentVariable path("PATH", bin.path());
-    EXPECT_EQ(runCocoaOpenFileBrowser("Open"), nullptr) << "no chooser installed";
-    EXPECT_EQ(runCocoaOpenFileBrowser(nullptr), nullptr);
     writeShellScript(bin.file(platform::fileChooserCommand("").front()),
                      "printf '/scenes/pick.vws\\n'\n");
     const std::unique_ptr<char[]> chosen(runCocoaOpenFileBrowser("Open"));
     ASSERT_NE(chosen, nullptr);
     EXPECT_STREQ(chosen.get(), "/scenes/pick.vws");
+    const std::unique_ptr<char[]> untitled(runCocoaOpenFileBrowser(nullptr));
+    EXPECT_STREQ(untitled.get(), "/scenes/pick.vws") << "a null title is an empty one";
 }
 
 } // namespace

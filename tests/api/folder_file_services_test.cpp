@@ -11,45 +11,42 @@
 namespace neq::test {
 namespace {
 
-struct AddFileCase {
-    const char* label;
-    std::optional<std::string> source;      // nullopt: no such file
-    std::optional<std::string> destination; // nullopt: no such file
-    const char* destinationName;
-    float result;
-    std::optional<std::string> after; // nullopt: the destination must not exist
+class FolderFileServices : public ::testing::Test {
+  protected:
+    float call(const char* entry, const std::string& text) {
+        return library.call(entry, text.c_str());
+    }
+
+    HostLibrary library;
+    TempDir dir;
 };
 
-TEST(FolderFileServices, AddFileAppendsTheSourceAndRepeatsItsLastByte) {
+TEST_F(FolderFileServices, AddFileAppendsTheSourceAndRepeatsItsLastByte) {
     using namespace std::string_literals;
-    const AddFileCase cases[] = {
-        {"onto existing", "abc", "xy", "dest", 0.0f, "xyabcc"},
-        {"creates destination", "abc", std::nullopt, "dest", 0.0f, "abcc"},
-        {"empty source adds a zero byte", "", "d", "dest", 0.0f, "d\0"s},
-        {"missing source", std::nullopt, "d", "dest", -1.0f, "d"},
-        {"missing source creates nothing", std::nullopt, std::nullopt, "dest", -1.0f, std::nullopt},
-        {"destination folder missing", "abc", std::nullopt, "no/dest", -2.0f, std::nullopt},
+    const std::optional<std::string> none; // no such file
+    const struct {
+        std::optional<std::string> source, destination;
+        const char* destinationName;
+        float result;
+        std::optional<std::string> after;
+    } cases[] = {
+        {"abc", "xy", "dest", 0.0f, "xyabcc"}, {"abc", none, "dest", 0.0f, "abcc"},
+        {"", "d", "dest", 0.0f, "d\0"s},       {none, "d", "dest", -1.0f, "d"},
+        {none, none, "dest", -1.0f, none},     {"abc", none, "no/dest", -2.0f, none},
     };
-    HostLibrary library;
-    for (const AddFileCase& c : cases) {
-        SCOPED_TRACE(c.label);
-        TempDir dir;
-        const std::string source = dir.file("source");
-        std::string destination = dir.file(c.destinationName);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(&c - cases);
+        TempDir files;
+        const std::string source = files.file("source");
+        std::string destination = files.file(c.destinationName);
         if (c.source) writeFile(source, *c.source);
         if (c.destination) writeFile(destination, *c.destination);
         EXPECT_EQ(library.call("AddFile", source.c_str(), destination.data()), c.result);
-        if (c.after) {
-            EXPECT_EQ(readFile(destination), *c.after);
-        } else {
-            EXPECT_FALSE(fileExists(destination));
-        }
+        EXPECT_EQ(fileExists(destination) ? readFile(destination) : none, c.after);
     }
 }
 
-TEST(FolderFileServices, AddFileRejectsFoldersAndIgnoresNullPaths) {
-    HostLibrary library;
-    TempDir dir;
+TEST_F(FolderFileServices, AddFileRejectsFoldersAndIgnoresNullPaths) {
     writeFile(dir.file("source"), "abc");
     std::string folderAsDestination = dir.path();
     EXPECT_EQ(library.call("AddFile", dir.file("source").c_str(), folderAsDestination.data()),
@@ -62,40 +59,29 @@ TEST(FolderFileServices, AddFileRejectsFoldersAndIgnoresNullPaths) {
     EXPECT_EQ(readFile(dir.file("source")), "abc");
 }
 
-TEST(FolderFileServices, FileDeleteReportsTheRemoveResult) {
-    HostLibrary library;
-    TempDir dir;
+TEST_F(FolderFileServices, FileDeleteSetFolderAndCreateFolder) {
     writeFile(dir.file("gone"), "x");
-    EXPECT_EQ(library.call("FileDelete", dir.file("gone").c_str()), 0.0f);
+    EXPECT_EQ(call("FileDelete", dir.file("gone")), 0.0f);
     EXPECT_FALSE(fileExists(dir.file("gone")));
-    EXPECT_EQ(library.call("FileDelete", dir.file("gone").c_str()), -1.0f);
-    EXPECT_EQ(library.call("FileDelete", nullptr), -1.0f);
-}
+    EXPECT_EQ(call("FileDelete", dir.file("gone")), -1.0f);
 
-TEST(FolderFileServices, SetFolderChangesTheWorkingDirectory) {
-    HostLibrary library;
-    TempDir dir;
-    ScopedWorkingDirectory restore;
-    EXPECT_EQ(library.call("SetFolder", dir.path().c_str()), 0.0f);
-    EXPECT_EQ(currentDirectory(), dir.path());
-    EXPECT_EQ(library.call("SetFolder", dir.file("missing").c_str()), -1.0f);
-    EXPECT_EQ(library.call("SetFolder", nullptr), -1.0f);
-    EXPECT_EQ(currentDirectory(), dir.path()) << "failures leave it where it was";
-}
-
-TEST(FolderFileServices, CreateFolderMakesOneLevel) {
-    HostLibrary library;
-    TempDir dir;
-    EXPECT_EQ(library.call("CreateFolder", dir.file("made").c_str()), 0.0f);
+    EXPECT_EQ(call("CreateFolder", dir.file("made")), 0.0f);
     EXPECT_TRUE(fileExists(dir.file("made")));
-    EXPECT_EQ(library.call("CreateFolder", dir.file("made").c_str()), -1.0f);
-    EXPECT_EQ(library.call("CreateFolder", dir.file("no/parent").c_str()), -1.0f);
+    EXPECT_EQ(call("CreateFolder", dir.file("made")), -1.0f);
+    EXPECT_EQ(call("CreateFolder", dir.file("no/parent")), -1.0f);
     EXPECT_FALSE(fileExists(dir.file("no")));
-    EXPECT_EQ(library.call("CreateFolder", nullptr), -1.0f);
+
+    ScopedWorkingDirectory restore;
+    EXPECT_EQ(call("SetFolder", dir.file("made")), 0.0f);
+    EXPECT_EQ(currentDirectory(), dir.file("made"));
+    EXPECT_EQ(call("SetFolder", dir.file("missing")), -1.0f);
+    EXPECT_EQ(currentDirectory(), dir.file("made")) << "a failure leaves it where it was";
+    for (const char* entry : {"FileDelete", "CreateFolder", "SetFolder"})
+        EXPECT_EQ(library.call(entry, nullptr), -1.0f) << entry;
+    EXPECT_EQ(currentDirectory(), dir.file("made"));
 }
 
-TEST(FolderFileServices, GetPublicFolderSignalsSuccessWithOne) {
-    HostLibrary library;
+TEST_F(FolderFileServices, GetPublicFolderSignalsSuccessWithOne) {
     char out[4096] = "";
     EXPECT_EQ(library.call("GetPublicFolder", nullptr, out), 1.0f);
     EXPECT_EQ(std::string(out), platform::usersFolder());

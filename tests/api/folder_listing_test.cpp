@@ -38,6 +38,7 @@ TEST_F(FolderListing, EntriesNeedAnOpenFolder) {
 TEST_F(FolderListing, EndOfListingLeavesTheStreamOpenUntilClosed) {
     writeFile(dir.file("only.txt"), "x");
     ASSERT_EQ(open(dir.path()), 0.0f);
+    EXPECT_EQ(library.call("GetFile", nullptr, nullptr), -1.0f) << "null output: no entry lost";
     std::multiset<std::string> names;
     for (int i = 0; i < 3; ++i) {
         ASSERT_EQ(next(), 0.0f);
@@ -54,13 +55,12 @@ TEST_F(FolderListing, EndOfListingLeavesTheStreamOpenUntilClosed) {
 TEST_F(FolderListing, SecondOpenReplacesTheFirstStreamWithoutClosingIt) {
     TempDir other;
     writeFile(other.file("from-other"), "");
-    DIR* const* const folder = static_cast<DIR* const*>(library.symbol("folder"));
-    ASSERT_NE(folder, nullptr);
+    DIR* const& folder = library.variable<DIR*>("folder");
     ASSERT_EQ(open(dir.path()), 0.0f);
     ASSERT_EQ(next(), 0.0f);
-    DIR* const first = *folder;
+    DIR* const first = folder;
     ASSERT_EQ(open(other.path()), 0.0f);
-    EXPECT_NE(*folder, first);
+    EXPECT_NE(folder, first);
     std::set<std::string> names;
     while (next() == 0.0f)
         names.insert(name);
@@ -70,15 +70,6 @@ TEST_F(FolderListing, SecondOpenReplacesTheFirstStreamWithoutClosingIt) {
     // Still open and readable; the library never closes it, so the test does.
     EXPECT_NE(::readdir(first), nullptr);
     ::closedir(first);
-}
-
-TEST_F(FolderListing, NullOutputLosesNoEntry) {
-    ASSERT_EQ(open(dir.path()), 0.0f);
-    EXPECT_EQ(library.call("GetFile", nullptr, nullptr), -1.0f);
-    int count = 0;
-    while (next() == 0.0f)
-        ++count;
-    EXPECT_EQ(count, 2); // "." and ".."
 }
 
 } // namespace

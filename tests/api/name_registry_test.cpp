@@ -1,3 +1,4 @@
+#include "api/name_exports.h"
 #include "api/name_registry.h"
 #include "support/host_library.h"
 
@@ -49,23 +50,19 @@ class NameEntries : public ::testing::Test {
         return out;
     }
 
-    const std::set<std::string>& registry() const {
-        // The data symbol keeps its C++ name (the std::string ABI tag included).
-        const void* symbol = library.symbol("_Z7nameSetB5cxx11");
-        EXPECT_NE(symbol, nullptr);
-        return *static_cast<const std::set<std::string>*>(symbol);
-    }
-
     HostLibrary library;
+    // The data symbol keeps its C++ name (the std::string ABI tag included).
+    const std::set<std::string>& registry =
+        library.variable<std::set<std::string>>("_Z7nameSetB5cxx11");
 };
 
 TEST_F(NameEntries, NamesStayReservedInTheExportedSetUntilCleared) {
     EXPECT_EQ(check("my head"), "my_head");
     EXPECT_EQ(check("my-head"), "my_head_copy1");
-    EXPECT_EQ(registry(), (std::set<std::string>{"my_head", "my_head_copy1"}));
+    EXPECT_EQ(registry, (std::set<std::string>{"my_head", "my_head_copy1"}));
 
     EXPECT_EQ(library.call("ClearNameSet"), 0.0f);
-    EXPECT_TRUE(registry().empty());
+    EXPECT_TRUE(registry.empty());
     EXPECT_EQ(check("my head"), "my_head");
 }
 
@@ -73,24 +70,18 @@ TEST_F(NameEntries, NullTextIsTheEmptyNameAndNullOutOnlySkipsTheCopy) {
     EXPECT_EQ(check(nullptr), "");
     EXPECT_EQ(library.call("CheckName", "A", nullptr), 0.0f);
     EXPECT_EQ(check("A"), "A_copy1");
-    EXPECT_EQ(registry(), (std::set<std::string>{"", "A", "A_copy1"}));
+    EXPECT_EQ(registry, (std::set<std::string>{"", "A", "A_copy1"}));
 }
 
 TEST_F(NameEntries, TypedExportsShareTheRegistry) {
-    using NameCheckFunction = char* (*)(char*);
-    using NameSetClearFunction = void (*)();
-    const auto nameCheck = reinterpret_cast<NameCheckFunction>(library.symbol("_Z9NameCheckPc"));
-    const auto nameSetClear =
-        reinterpret_cast<NameSetClearFunction>(library.symbol("_Z12NameSetClearv"));
-    ASSERT_NE(nameCheck, nullptr);
-    ASSERT_NE(nameSetClear, nullptr);
-
+    const auto nameCheck = library.function(NameCheck, "_Z9NameCheckPc");
+    const auto nameSetClear = library.function(NameSetClear, "_Z12NameSetClearv");
     char head[] = "Head";
     const std::unique_ptr<char[]> first(nameCheck(head));
     EXPECT_STREQ(first.get(), "Head");
     EXPECT_EQ(check("Head"), "Head_copy1");
     nameSetClear();
-    EXPECT_TRUE(registry().empty());
+    EXPECT_TRUE(registry.empty());
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // The UV tile exports as the host reaches them: through the real shared library, with
 // the typed exports found under their C++ (mangled) names.
 
+#include "api/uv_tile_exports.h"
 #include "meshfile/uv_test_meshes.h"
 #include "support/host_library.h"
 #include "support/temp_dir.h"
@@ -10,20 +11,9 @@
 namespace neq::test {
 namespace {
 
-using GetUVTileFn = float (*)(const char*, char*);
-using GetUVsFromNeQFn = float (*)(const char*, char*);
-using GetUVGroupFn = float (*)(const char*);
-using GetUVTileStringFn = void (*)(int, char*);
-
 class UvTileExports : public ::testing::Test {
   protected:
     void SetUp() override {
-        getUVTile = reinterpret_cast<GetUVTileFn>(library.symbol("_Z9GetUVTilePKcPc"));
-        getUVsFromNeQ = reinterpret_cast<GetUVsFromNeQFn>(library.symbol("_Z13GetUVsFromNeQPKcPc"));
-        getUVGroup = reinterpret_cast<GetUVGroupFn>(library.symbol("_Z10GetUVGroupPKc"));
-        getUVTileString =
-            reinterpret_cast<GetUVTileStringFn>(library.symbol("_Z15getUVTileStringiPc"));
-        ASSERT_TRUE(getUVTile && getUVsFromNeQ && getUVGroup && getUVTileString);
         ASSERT_TRUE(meshfile::writeBytesToFile(
             mesh, meshfile::buildNeqChain(uvMesh({{0.5f, 0.5f}, {1.5f, 0.2f}, {0.1f, 0.9f}}))));
         library.call("clearUVString");
@@ -37,10 +27,12 @@ class UvTileExports : public ::testing::Test {
     HostLibrary library;
     TempDir dir;
     const std::string mesh = dir.file("head.NeQ");
-    GetUVTileFn getUVTile = nullptr;
-    GetUVsFromNeQFn getUVsFromNeQ = nullptr;
-    GetUVGroupFn getUVGroup = nullptr;
-    GetUVTileStringFn getUVTileString = nullptr;
+    decltype(&::GetUVTile) getUVTile = library.function(::GetUVTile, "_Z9GetUVTilePKcPc");
+    decltype(&::GetUVsFromNeQ) getUVsFromNeQ =
+        library.function(::GetUVsFromNeQ, "_Z13GetUVsFromNeQPKcPc");
+    decltype(&::GetUVGroup) getUVGroup = library.function(::GetUVGroup, "_Z10GetUVGroupPKc");
+    decltype(&::getUVTileString) getUVTileString =
+        library.function(::getUVTileString, "_Z15getUVTileStringiPc");
 };
 
 TEST_F(UvTileExports, ResultCodesAndTheBufferWrittenOnlyOnSuccess) {
@@ -48,16 +40,24 @@ TEST_F(UvTileExports, ResultCodesAndTheBufferWrittenOnlyOnSuccess) {
     plain.uvs.clear();
     plain.groups.clear();
     const std::string plainFile = dir.file("plain.NeQ");
+    const std::string emptyFile = dir.file("empty.NeQ"); // a UV block without records
     ASSERT_TRUE(meshfile::writeBytesToFile(plainFile, meshfile::buildNeqChain(plain)));
+    ASSERT_TRUE(meshfile::writeBytesToFile(emptyFile, uvFile({})));
     char buffer[64] = "unchanged";
+    std::string base = dir.file("out.NeQ");
     for (const std::string& unreadable : {dir.file("missing.NeQ"), dir.path()}) {
         EXPECT_EQ(getUVTile(unreadable.c_str(), buffer), -17.0f);
         EXPECT_EQ(getUVGroup(unreadable.c_str()), -17.0f);
+        EXPECT_EQ(getUVsFromNeQ(unreadable.c_str(), base.data()), -1760.0f);
     }
     EXPECT_EQ(getUVTile(plainFile.c_str(), buffer), -18.0f);
-    EXPECT_STREQ(buffer, "unchanged");
     EXPECT_EQ(getUVGroup(plainFile.c_str()), -18.0f);
-    EXPECT_EQ(getUVsFromNeQ(plainFile.c_str(), buffer), -18.0f);
+    EXPECT_EQ(getUVsFromNeQ(plainFile.c_str(), base.data()), -18.0f);
+    EXPECT_STREQ(buffer, "unchanged");
+    EXPECT_EQ(getUVsFromNeQ(emptyFile.c_str(), base.data()), 0.0f);
+    EXPECT_FALSE(fileExists(dir.file("out0.NeQ"))) << "no failure and no empty split writes";
+    EXPECT_EQ(getUVTile(emptyFile.c_str(), buffer), 0.0f);
+    EXPECT_STREQ(buffer, "");
     EXPECT_EQ(getUVTile(mesh.c_str(), buffer), 2.0f);
     EXPECT_STREQ(buffer, "_u0_v0");
     EXPECT_EQ(getUVTile(mesh.c_str(), nullptr), 2.0f);

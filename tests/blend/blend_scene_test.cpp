@@ -1,7 +1,6 @@
 #include "blend/blend_scene.h"
 
 #include "blend/blend_result.h"
-#include "blend_golden.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -22,7 +21,6 @@ namespace {
 using blend::kBaseUnreadable;
 using blend::kBaseUnwritable;
 using blend::kBlendDone;
-using blend::kTargetUnreadable;
 
 bool opensForWriting(const std::string& path) {
     const int fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
@@ -44,32 +42,6 @@ std::string unwritableFile(const TempDir& dir) {
     if (::readlink("/proc/self/exe", self, sizeof self - 1) > 0 && !opensForWriting(self))
         return self;
     return "";
-}
-
-TEST(BlendScene, TwoTargetsGiveTheGoldenScene) {
-    TempDir dir;
-    const std::string base = dir.file("Head.ma");
-    writeFile(base, "base\n");
-    writeFile(dir.file("Smile.ma"), "smile\n");
-    writeFile(dir.file("Blink.ma"), "blink\n");
-    std::vector<std::string> names{"earlier"};
-
-    EXPECT_EQ(blend::addBlend(dir.file("Smile.ma").c_str(), base.c_str(), names), kBlendDone);
-    EXPECT_EQ(blend::addBlend(dir.file("Blink.ma").c_str(), base.c_str(), names), kBlendDone);
-    EXPECT_EQ(names, (std::vector<std::string>{"earlier", "Smile", "Blink"}));
-
-    names.erase(names.begin());
-    EXPECT_EQ(blend::finishBlend(base.c_str(), names), kBlendDone);
-    EXPECT_EQ(readFile(base), goldenTwoTargetScene());
-    EXPECT_EQ(names.size(), 2u); // the names stay recorded
-}
-
-TEST(BlendScene, NoTargetsGiveTheGoldenScene) {
-    TempDir dir;
-    const std::string base = dir.file("Head.ma");
-    writeFile(base, "abc");
-    EXPECT_EQ(blend::finishBlend(base.c_str(), {}), kBlendDone);
-    EXPECT_EQ(readFile(base), goldenNoTargetScene());
 }
 
 // The holder of the repeated byte starts as 0 and carries over from file to file.
@@ -113,32 +85,6 @@ TEST(BlendScene, TargetNamesDropFolderAndLastExtension) {
         EXPECT_EQ(names.back(), name) << path;
     }
     EXPECT_EQ(names.size(), std::size(cases));
-}
-
-TEST(BlendScene, FailuresRecordTheNameAndLeaveTheBaseUnchanged) {
-    TempDir dir;
-    const std::string base = dir.file("Head.ma");
-    const std::string target = dir.file("Smile.ma");
-    writeFile(base, "base\n");
-    writeFile(target, "smile\n");
-    ::mkdir(dir.file("Folder.ma").c_str(), 0755);
-    std::vector<std::string> names;
-
-    EXPECT_EQ(blend::addBlend(dir.file("Missing.ma").c_str(), base.c_str(), names),
-              kTargetUnreadable);
-    EXPECT_EQ(blend::addBlend(dir.file("Folder.ma").c_str(), base.c_str(), names),
-              kTargetUnreadable);
-    EXPECT_EQ(blend::addBlend(target.c_str(), dir.file("NoBase.ma").c_str(), names),
-              kBaseUnreadable);
-    EXPECT_EQ(blend::addBlend(target.c_str(), dir.file("Folder.ma").c_str(), names),
-              kBaseUnreadable);
-    EXPECT_EQ(names, (std::vector<std::string>{"Missing", "Folder", "Smile", "Smile"}));
-    EXPECT_EQ(readFile(base), "base\n");
-    EXPECT_FALSE(fileExists(dir.file("NoBase.ma")));
-
-    EXPECT_EQ(blend::finishBlend(dir.file("NoBase.ma").c_str(), names), kBaseUnreadable);
-    EXPECT_EQ(blend::finishBlend(dir.file("Folder.ma").c_str(), names), kBaseUnreadable);
-    EXPECT_FALSE(fileExists(dir.file("NoBase.ma")));
 }
 
 TEST(BlendScene, UnwritableBaseGivesItsCodeAndStaysUnchanged) {

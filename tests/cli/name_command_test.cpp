@@ -7,22 +7,15 @@
 namespace neq::test {
 namespace {
 
-TEST(NameCommand, PrintsEachUniqueNameInOrder) {
-    const ToolRun run = runTool("name Head 'my head' Head Head_copy1 my-head '' '' -- -x -x");
+// The naming rules themselves are the registry's; these check the command line.
+TEST(NameCommand, PrintsEachUniqueNameInOrderAndRejectsWrongCommandLines) {
+    const ToolRun run = runTool("name Head 'my head' Head '' '' -- -x -x");
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.output, "Head\nmy_head\nHead_copy1\nHead_copy2\nmy_head_copy1\n\n_copy1\n_x\n"
-                          "_x_copy1\n");
-}
-
-TEST(NameCommand, WrongCommandLinesAreUsageErrors) {
-    for (const char* arguments : {"name", "name --bogus A", "name --"}) {
-        const ToolRun run = runTool(arguments, true);
-        EXPECT_EQ(run.exitCode, 2) << arguments;
-        EXPECT_NE(run.output.find("usage: neqbridge name NAME..."), std::string::npos) << arguments;
-    }
-    const ToolRun help = runTool("name --help");
-    EXPECT_EQ(help.exitCode, 0);
-    EXPECT_EQ(help.output.rfind("usage: neqbridge name NAME...\n", 0), 0u);
+    EXPECT_EQ(run.output, "Head\nmy_head\nHead_copy1\n\n_copy1\n_x\n_x_copy1\n");
+    expectRuns({{"name", 2, "no names given\nusage: neqbridge name NAME..."},
+                {"name --bogus A", 2, "unknown option --bogus\nusage: neqbridge name NAME..."},
+                {"name --", 2, "no names given"}});
+    EXPECT_EQ(runTool("name --help").output.rfind("usage: neqbridge name NAME...\n", 0), 0u);
 }
 
 } // namespace

@@ -32,26 +32,15 @@ TEST_F(TilesCommand, ListsSplitsAndCounts) {
 
 TEST_F(TilesCommand, TranslatesFailures) {
     ASSERT_EQ(::mkdir(dir.file("t1.NeQ").c_str(), 0700), 0);
-    const ToolRun split = runTool("tiles " + mesh + " " + dir.file("t.NeQ") + " --split", true);
-    EXPECT_EQ(split.exitCode, 1);
-    EXPECT_NE(split.output.find("cannot create or write output file " + dir.file("t1.NeQ") +
-                                " (result 1502)"),
-              std::string::npos)
-        << split.output;
     const std::string missing = dir.file("none.NeQ");
-    const struct {
-        std::string arguments;
-        int exitCode;
-        std::string message;
-    } cases[] = {{"tiles " + missing, 1, "cannot open input file " + missing},
-                 {"groups " + missing, 1, "cannot open input file " + missing},
-                 {"tiles " + mesh + " o.NeQ", 2, "OUTBASE.NeQ needs --split"},
-                 {"tiles", 2, "missing FILE"}};
-    for (const auto& c : cases) {
-        const ToolRun run = runTool(c.arguments, true);
-        EXPECT_EQ(run.exitCode, c.exitCode) << c.arguments;
-        EXPECT_NE(run.output.find(c.message), std::string::npos) << run.output;
-    }
+    expectRuns({
+        {"tiles " + mesh + " " + dir.file("t.NeQ") + " --split", 1,
+         "cannot create or write output file " + dir.file("t1.NeQ") + " (result 1502)"},
+        {"tiles " + missing, 1, "cannot open input file " + missing},
+        {"groups " + missing, 1, "cannot open input file " + missing},
+        {"tiles " + mesh + " o.NeQ", 2, "OUTBASE.NeQ needs --split"},
+        {"tiles", 2, "missing FILE"},
+    });
 }
 
 } // namespace

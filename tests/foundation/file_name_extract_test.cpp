@@ -6,50 +6,40 @@
 
 namespace {
 
-struct Case {
-    const char* path;
-    int mode;
-    const char* expected;
-};
-
-TEST(FileNameExtract, EveryModeOnTypicalAndDegeneratePaths) {
-    const Case cases[] = {
-        {"/d/x.tar.gz", 1, "/d/"},
-        {"/d/x.tar.gz", 2, "x.tar"},
-        {"/d/x.tar.gz", 3, "/d/x.tar"},
-        {"/d/x.tar.gz", 4, ".gz"},
-        {"/d/x.tar.gz", 6, "x.tar.gz"},
-        {"/d/x.tar.gz", 0, "/d/x.tar.gz"},
-        {"/d/x.tar.gz", 5, "/d/x.tar.gz"},
-        {"/d/x.tar.gz", -3, "/d/x.tar.gz"},
-        {"C:\\m\\Head.ma", 2, "Head"},
-        {"C:\\m\\Head.ma", 1, "C:\\m\\"},
-        {"a/b\\c.ma", 1, "a/b\\"},
-        {"a\\b/c.ma", 6, "c.ma"},
-        {"Smile", 1, ""},
-        {"Smile", 2, "Smile"},
-        {"Smile", 3, "Smile"},
-        {"Smile", 6, "Smile"},
-        {"dir.v2/Smile", 2, "Smile"},
-        {"dir.v2/Smile", 3, "dir"},
-        {"dir.v2/Smile", 4, ".v2/Smile"},
-        {"a.b.ma", 2, "a.b"},
-        {"/x/", 2, ""},
-        {"/x/", 6, ""},
-        {".hidden", 2, ""},
-        {"", 2, ""},
-        {"", 1, ""},
-    };
-    for (const Case& c : cases) {
-        std::string path = c.path;
-        EXPECT_EQ(FileNameExtract(path, c.mode), c.expected) << c.path << " mode " << c.mode;
-        EXPECT_EQ(path, c.path) << "the path argument must not change";
+// `expected` null: an out-of-range error. The path argument must never change.
+void expectExtract(const char* original, int mode, const char* expected) {
+    std::string path = original;
+    if (expected == nullptr) {
+        EXPECT_THROW(FileNameExtract(path, mode), std::out_of_range) << original;
+    } else {
+        EXPECT_EQ(FileNameExtract(path, mode), expected) << original << " mode " << mode;
     }
+    EXPECT_EQ(path, original);
 }
 
-TEST(FileNameExtract, ExtensionOfAPathWithoutDotIsAnOutOfRangeError) {
-    std::string path = "/d/name";
-    EXPECT_THROW(FileNameExtract(path, 4), std::out_of_range);
+TEST(FileNameExtract, EveryModeOnTypicalAndDegeneratePaths) {
+    const int kModes[] = {1, 2, 3, 4, 6};
+    const struct {
+        const char* path;
+        const char* byMode[5]; // modes 1, 2, 3, 4 (null: no dot to find), 6
+    } cases[] = {
+        {"/d/x.tar.gz", {"/d/", "x.tar", "/d/x.tar", ".gz", "x.tar.gz"}},
+        {"C:\\m\\Head.ma", {"C:\\m\\", "Head", "C:\\m\\Head", ".ma", "Head.ma"}},
+        {"a/b\\c.ma", {"a/b\\", "c", "a/b\\c", ".ma", "c.ma"}},
+        {"a\\b/c.ma", {"a\\b/", "c", "a\\b/c", ".ma", "c.ma"}},
+        {"Smile", {"", "Smile", "Smile", nullptr, "Smile"}},
+        {"dir.v2/Smile", {"dir.v2/", "Smile", "dir", ".v2/Smile", "Smile"}},
+        {"a.b.ma", {"", "a.b", "a.b", ".ma", "a.b.ma"}},
+        {"/x/", {"/x/", "", "/x/", nullptr, ""}},
+        {".hidden", {"", "", "", ".hidden", ".hidden"}},
+        {"", {"", "", "", nullptr, ""}},
+    };
+    for (const auto& c : cases) {
+        for (int i = 0; i < 5; ++i)
+            expectExtract(c.path, kModes[i], c.byMode[i]);
+        for (int mode : {-3, 0, 5, 7}) // any other mode: the path unchanged
+            expectExtract(c.path, mode, c.path);
+    }
 }
 
 } // namespace

@@ -5,20 +5,25 @@
 #include <climits>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace {
 
 enum class Search { First, Next, Prev, Last };
 
 struct SearchCase {
-    const char* subject;
-    const char* pattern;
+    const char *subject, *pattern;
     Search kind;
     int from;
     bool noCase;
     int expected;
 };
+
+// `text` after `edit`.
+VDString edited(const char* text, void (*edit)(VDString&)) {
+    VDString s(text);
+    edit(s);
+    return s;
+}
 
 int runSearch(const SearchCase& c) {
     const VDString subject(c.subject);
@@ -87,11 +92,8 @@ TEST(VDString, PatternSearchesKeepTheirSinglePassBehaviour) {
 
 TEST(VDString, CompareNullRulesLimitsAndByteSigns) {
     struct Case {
-        const char* a;
-        const char* b;
-        int limit;
-        int cmp;
-        int cmpNoCase;
+        const char *a, *b;
+        int limit, cmp, cmpNoCase;
     };
     const Case cases[] = {
         {nullptr, "", 0, 0, 0},     {nullptr, nullptr, 0, 0, 0}, {nullptr, "a", 0, -1, -1},
@@ -115,11 +117,8 @@ TEST(VDString, CompareNullRulesLimitsAndByteSigns) {
 
 TEST(VDString, StartsWithAndEndsWith) {
     struct Case {
-        const char* subject;
-        const char* affix;
-        bool noCase;
-        bool starts;
-        bool ends;
+        const char *subject, *affix;
+        bool noCase, starts, ends;
     };
     const Case cases[] = {
         {"abc", "ab", false, true, false},  {"abc", "bc", false, false, true},
@@ -139,26 +138,15 @@ TEST(VDString, StartsWithAndEndsWith) {
 
 TEST(VDString, PathHelpers) {
     const std::pair<const char*, const char*> fileNames[] = {
-        {"/a/b.c.obj", "b.c"},
-        {"/a/b/", ""},
-        {"C:\\m\\Head.ma", "Head"},
-        {"name", "name"},
-        {"dir.v2/name", "name"},
-        {".hidden", ""},
-        {"", ""},
+        {"", ""},        {"/a/b.c.obj", "b.c"},      {"/a/b/", ""},    {"dir.v2/name", "name"},
+        {".hidden", ""}, {"C:\\m\\Head.ma", "Head"}, {"name", "name"},
     };
     for (const auto& [path, name] : fileNames)
         EXPECT_STREQ(VDString(path).getFileName().c_str(), name) << path;
 
     const std::pair<const char*, const char*> validPaths[] = {
-        {"!:/Users/x/", "/Users/x"},
-        {"FILE:/tmp/a\\", "/tmp/a"},
-        {"file:x", "x"},
-        {"!:file:/x", "file:/x"},
-        {"x!:/a", "x!:/a"},
-        {"a//", "a/"},
-        {"/", ""},
-        {"!:", ""},
+        {"/", ""},     {"x!:/a", "x!:/a"},          {"!:", ""},      {"!:file:/x", "file:/x"},
+        {"a//", "a/"}, {"!:/Users/x/", "/Users/x"}, {"file:x", "x"}, {"FILE:/tmp/a\\", "/tmp/a"},
     };
     for (const auto& [path, valid] : validPaths) {
         VDString s(path);
@@ -176,18 +164,10 @@ TEST(VDString, PathHelpers) {
     EXPECT_STREQ(VDString().getValidFilePath(), "");
 
     const std::pair<const char*, const char*> advances[] = {
-        {"", "1"},
-        {"a8", "a9"},
-        {"img19.png", "img20.png"},
-        {"a99", "a100"},
-        {"name.png", "name1.png"},
-        {"name", "name1"},
-        {"99", "100"},
-        {"9.png", "10.png"},
-        {".png", "1.png"},
-        {"dir.v2/img9", "dir.v2/img10"},
-        {"dir.v2\\shot", "dir.v2\\shot1"},
-        {"a0b", "a0b1"},
+        {"", "1"},       {"a0b", "a0b1"},     {"name.png", "name1.png"},
+        {"a8", "a9"},    {"name", "name1"},   {"img19.png", "img20.png"},
+        {"99", "100"},   {".png", "1.png"},   {"dir.v2/img9", "dir.v2/img10"},
+        {"a99", "a100"}, {"9.png", "10.png"}, {"dir.v2\\shot", "dir.v2\\shot1"},
     };
     for (const auto& [before, after] : advances) {
         VDString s(before);
@@ -235,8 +215,7 @@ TEST(VDString, Formatting) {
 TEST(VDString, CuttingQuotingAndNumbers) {
     struct Slice {
         const char* text;
-        int start;
-        int end;
+        int start, end;
         const char* expected;
     };
     const Slice slices[] = {
@@ -297,24 +276,16 @@ TEST(VDString, CharacterSetSearchesAndEdits) {
     EXPECT_EQ(padded.findPrevCharNotOf(" ", 1), -1);
     EXPECT_EQ(VDString().findFirstCharNotOf(" "), -1);
 
-    struct Edit {
-        const char* text;
-        void (*apply)(VDString&);
-        const char* expected;
+    const std::pair<VDString, const char*> edits[] = {
+        {edited("my head-x", [](VDString& s) { s.replaceCharsOf(" -", '_'); }), "my_head_x"},
+        {edited("a1b2", [](VDString& s) { s.replaceCharsNotOf("0123456789", '.'); }), ".1.2"},
+        {edited("a b  c", [](VDString& s) { s.removeCharsOf(" "); }), "abc"},
+        {edited("a1b2", [](VDString& s) { s.removeCharsNotOf("0123456789"); }), "12"},
+        {edited("\xE9t\xE9", [](VDString& s) { s.replaceCharsOf("\xE9", 'e'); }), "ete"},
+        {edited("abc", [](VDString& s) { s.removeCharsOf(""); }), "abc"},
     };
-    const Edit edits[] = {
-        {"my head-x", [](VDString& s) { s.replaceCharsOf(" -", '_'); }, "my_head_x"},
-        {"a1b2", [](VDString& s) { s.replaceCharsNotOf("0123456789", '.'); }, ".1.2"},
-        {"a b  c", [](VDString& s) { s.removeCharsOf(" "); }, "abc"},
-        {"a1b2", [](VDString& s) { s.removeCharsNotOf("0123456789"); }, "12"},
-        {"\xE9t\xE9", [](VDString& s) { s.replaceCharsOf("\xE9", 'e'); }, "ete"},
-        {"abc", [](VDString& s) { s.removeCharsOf(""); }, "abc"},
-    };
-    for (const Edit& e : edits) {
-        VDString s(e.text);
-        e.apply(s);
-        EXPECT_STREQ(s.c_str(), e.expected) << e.text;
-    }
+    for (const auto& [result, expected] : edits)
+        EXPECT_STREQ(result.c_str(), expected);
 }
 
 TEST(VDString, FindFirstTag) {
@@ -353,33 +324,23 @@ TEST(VDString, FindFirstTag) {
 // Every operation leaves an empty result as the null pointer, never a lone NUL block.
 TEST(VDString, EmptyResultsOwnNoMemory) {
     const VDString text("abc");
-    std::vector<VDString> empties;
-    empties.emplace_back("");
-    empties.push_back(VDString() + VDString());
-    empties.push_back(text.subString(3));
-    empties.push_back(VDString("\"").unquoted());
-    empties.push_back(VDString("/a/").getFileName());
-    empties.push_back(VDString::format("%s", ""));
-    VDString s;
-    s.create(text.getString(), text.getString());
-    empties.push_back(s);
-    s.create(0, 'x');
-    empties.push_back(s);
-    s.create(3, '\0');
-    empties.push_back(s);
-    s.set("abc");
-    s.cutTo(3);
-    empties.push_back(s);
-    s.set("   ");
-    s.removeCharsOf(" ");
-    empties.push_back(s);
-    s.set("a");
-    s.replaceCharsOf("a", '\0');
-    empties.push_back(s);
-    s.set("/");
-    s.makePathValid();
-    empties.push_back(s);
-    for (std::size_t i = 0; i < empties.size(); ++i) {
+    static const char kAbc[] = "abc";
+    const VDString empties[] = {
+        VDString(""),
+        VDString() + VDString(),
+        text.subString(3),
+        VDString("\"").unquoted(),
+        VDString("/a/").getFileName(),
+        VDString::format("%s", ""),
+        edited("x", [](VDString& s) { s.create(kAbc, kAbc); }),
+        edited("x", [](VDString& s) { s.create(0, 'x'); }),
+        edited("x", [](VDString& s) { s.create(3, '\0'); }),
+        edited("abc", [](VDString& s) { s.cutTo(3); }),
+        edited("   ", [](VDString& s) { s.removeCharsOf(" "); }),
+        edited("a", [](VDString& s) { s.replaceCharsOf("a", '\0'); }),
+        edited("/", [](VDString& s) { s.makePathValid(); }),
+    };
+    for (std::size_t i = 0; i < std::size(empties); ++i) {
         EXPECT_EQ(empties[i].getString(), nullptr) << i;
         EXPECT_EQ(empties[i].getDynMemoryUsed(), 0u) << i;
         EXPECT_EQ(empties[i].length(), 0) << i;
@@ -388,7 +349,6 @@ TEST(VDString, EmptyResultsOwnNoMemory) {
 
     EXPECT_EQ(text.getDynMemoryUsed(), 4u);
     EXPECT_EQ(text.getMemoryUsed(), sizeof(void*));
-    EXPECT_EQ(&VDString::emptyString(), &VDString::emptyString());
     EXPECT_EQ(VDString::emptyString().getString(), nullptr);
 
     VDString copy(text);

@@ -1,10 +1,12 @@
 // Checks neq::formatFloatG against snprintf("%g") for every one of the 2^32 float bit
 // patterns (or a range of them). Not part of CTest: it takes minutes. Usage:
 //
-//   number_format_exhaustive [--threads N] [--to-chars] [FIRST LAST]
+//   number_format_exhaustive [--threads N] [--to-chars] [--ints] [FIRST LAST]
 //
 // FIRST and LAST are bit patterns (decimal or 0x hex), both included; the default is
-// all of them. --to-chars checks std::to_chars(general, 6) against snprintf as well.
+// all of them. --to-chars checks std::to_chars(general, 6) against snprintf as well;
+// --ints checks neq::formatInt against snprintf("%d") instead, for the patterns taken
+// as 32-bit integers.
 // Prints the first mismatches and exits 1 when there is any.
 
 #include "foundation/number_format.h"
@@ -29,6 +31,7 @@ constexpr int kMaxReported = 20;
 struct Options {
     unsigned threads = 0;
     bool checkToChars = false;
+    bool checkInts = false;
     std::uint64_t first = 0;
     std::uint64_t last = 0xFFFFFFFFu;
 };
@@ -59,27 +62,43 @@ void report(Shared& shared, const char* what, std::uint32_t bits, const char* be
                 static_cast<int>(end - begin), begin, expected);
 }
 
-void checkRange(const Options& options, Shared& shared, std::uint64_t begin, std::uint64_t end) {
+void checkFloat(Shared& shared, std::uint32_t bits, bool alsoToChars) {
+    const float value = floatFromBits(bits);
     char expected[64];
+    const int expectedSize =
+        std::snprintf(expected, sizeof expected, "%g", static_cast<double>(value));
     char got[neq::kMaxFloatGChars];
-    char viaToChars[64];
+    const char* gotEnd = neq::formatFloatG(got, value);
+    if (!sameText(got, gotEnd, expected, expectedSize))
+        report(shared, "formatFloatG", bits, got, gotEnd, expected);
+    // to_chars spells NaN without printf's sign; only other values are compared.
+    if (alsoToChars && value == value) {
+        char viaToChars[64];
+        const char* toCharsEnd =
+            std::to_chars(viaToChars, viaToChars + sizeof viaToChars, static_cast<double>(value),
+                          std::chars_format::general, 6)
+                .ptr;
+        if (!sameText(viaToChars, toCharsEnd, expected, expectedSize))
+            report(shared, "to_chars", bits, viaToChars, toCharsEnd, expected);
+    }
+}
+
+void checkInt(Shared& shared, std::uint32_t bits) {
+    const auto value = static_cast<std::int32_t>(bits);
+    char expected[32];
+    const int expectedSize = std::snprintf(expected, sizeof expected, "%d", value);
+    char got[neq::kMaxIntChars];
+    const char* gotEnd = neq::formatInt(got, value);
+    if (!sameText(got, gotEnd, expected, expectedSize))
+        report(shared, "formatInt", bits, got, gotEnd, expected);
+}
+
+void checkRange(const Options& options, Shared& shared, std::uint64_t begin, std::uint64_t end) {
     for (std::uint64_t i = begin; i < end; ++i) {
-        const auto bits = static_cast<std::uint32_t>(i);
-        const float value = floatFromBits(bits);
-        const int expectedSize =
-            std::snprintf(expected, sizeof expected, "%g", static_cast<double>(value));
-        const char* gotEnd = neq::formatFloatG(got, value);
-        if (!sameText(got, gotEnd, expected, expectedSize))
-            report(shared, "formatFloatG", bits, got, gotEnd, expected);
-        // to_chars spells NaN without printf's sign; only other values are compared.
-        if (options.checkToChars && value == value) {
-            const char* toCharsEnd =
-                std::to_chars(viaToChars, viaToChars + sizeof viaToChars,
-                              static_cast<double>(value), std::chars_format::general, 6)
-                    .ptr;
-            if (!sameText(viaToChars, toCharsEnd, expected, expectedSize))
-                report(shared, "to_chars", bits, viaToChars, toCharsEnd, expected);
-        }
+        if (options.checkInts)
+            checkInt(shared, static_cast<std::uint32_t>(i));
+        else
+            checkFloat(shared, static_cast<std::uint32_t>(i), options.checkToChars);
     }
 }
 
@@ -111,6 +130,8 @@ bool parseOptions(int argc, char** argv, Options& options) {
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--to-chars") == 0) {
             options.checkToChars = true;
+        } else if (std::strcmp(argv[i], "--ints") == 0) {
+            options.checkInts = true;
         } else if (std::strcmp(argv[i], "--threads") == 0 && i + 1 < argc) {
             options.threads = static_cast<unsigned>(std::atoi(argv[++i]));
         } else {
@@ -127,18 +148,21 @@ bool parseOptions(int argc, char** argv, Options& options) {
 int main(int argc, char** argv) {
     Options options;
     if (!parseOptions(argc, argv, options)) {
-        std::fprintf(stderr,
-                     "usage: number_format_exhaustive [--threads N] [--to-chars] [FIRST LAST]\n");
+        std::fprintf(
+            stderr,
+            "usage: number_format_exhaustive [--threads N] [--to-chars] [--ints] [FIRST LAST]\n");
         return 2;
     }
     if (options.threads == 0) options.threads = std::max(1u, std::thread::hardware_concurrency());
     const std::uint64_t total = options.last - options.first + 1;
     const std::uint64_t chunkCount = (total + kChunkSize - 1) / kChunkSize;
-    std::printf("checking %llu float bit patterns 0x%08llx..0x%08llx on %u threads%s\n",
+    std::printf("checking %llu bit patterns 0x%08llx..0x%08llx on %u threads%s\n",
                 static_cast<unsigned long long>(total),
                 static_cast<unsigned long long>(options.first),
                 static_cast<unsigned long long>(options.last), options.threads,
-                options.checkToChars ? " (and std::to_chars)" : "");
+                options.checkInts      ? ", taken as integers"
+                : options.checkToChars ? ", taken as floats (and std::to_chars)"
+                                       : ", taken as floats");
 
     const auto start = std::chrono::steady_clock::now();
     Shared shared;

@@ -22,39 +22,30 @@ Mesh twoQuadsOneTriangle() {
     return mesh;
 }
 
+// Past the 32-bit range the power saturates rather than converting undefinedly.
 TEST(FaceIds, MultiplierIsFourToTheLevelMinusOneTruncated) {
+    const double kInf = std::numeric_limits<double>::infinity();
+    const std::uint32_t kMax = 2147483647u;
     const struct {
         double level;
         std::uint32_t multiplier;
     } cases[] = {
-        {0, 0},
-        {1, 1},
-        {2, 4},
-        {3, 16},
-        {1.5, 2},
-        {-3, 0},
-        {16, 1u << 30},
-        // Past the 32-bit range the power saturates rather than converting undefinedly.
-        {17, 2147483647u},
-        {std::numeric_limits<double>::infinity(), 2147483647u},
-        {std::nan(""), 0},
+        {0, 0},  {1, 1},         {2, 4},     {3, 16},      {1.5, 2},
+        {-3, 0}, {16, 1u << 30}, {17, kMax}, {kInf, kMax}, {std::nan(""), 0},
     };
     for (const auto& c : cases)
         EXPECT_EQ(subdivisionMultiplier(c.level), c.multiplier) << c.level;
 }
 
+// At level 16, 4 * 2^30 wraps to 0 in the unsigned entries.
 TEST(FaceIds, QuadsAndTrianglesPerLevel) {
     const NeqBytes bytes = buildNeqFacesFirst(twoQuadsOneTriangle());
     const struct {
         double level;
         Ids ids;
     } cases[] = {
-        {0, {0, 0, 0}},
-        {1, {4, 4, 3}},
-        {2, {16, 16, 12}},
-        {3, {64, 64, 48}},
-        // 4 * 2^30 wraps to 0 in the unsigned entries.
-        {16, {0, 0, 3u << 30}},
+        {0, {0, 0, 0}},    {1, {4, 4, 3}},         {2, {16, 16, 12}},
+        {3, {64, 64, 48}}, {16, {0, 0, 3u << 30}},
     };
     for (const auto& c : cases) {
         Ids ids{99};

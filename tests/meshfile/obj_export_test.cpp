@@ -16,12 +16,9 @@ namespace {
 
 using Ids = std::vector<std::uint32_t>;
 
-const std::string kRgbOpening =
-    "# The following RGB block contains Clayvo Vertex Color (Polytint) output as 3 hexadecimal "
-    "values per vertex. The vertex color format is RRGGBB with up to 32 entries per RGB line.\n";
-const std::string kRgbClosing = "# End of RGB block\n";
-const std::string kEmptyRgbBlock = kRgbOpening + "\n" + kRgbClosing;
+const char kRgbClosing[] = "# End of RGB block\n";
 
+// Its export is tests/data/meshfile/sample.obj.
 Mesh sampleMesh() {
     Mesh mesh;
     mesh.vertices = {{0, 0, 0}, {1, -0.25f, 100000}, {1000000, 0, 0}, {0.5f, 1234567, 1e-7f}};
@@ -30,13 +27,18 @@ Mesh sampleMesh() {
     return mesh;
 }
 
-const std::string kSampleHeaderAndVertices = "# File exported by Clayvo plugin\n"
-                                             "#Vertex count 4\n"
-                                             "#Face count 24\n"
-                                             "v 0 0 0\n"
-                                             "v 1 -0.25 100000\n"
-                                             "v 1e+06 0 0\n"
-                                             "v 0.5 1.23457e+06 1e-07\n";
+// The golden export cut before the first line that starts with `marker`.
+std::string sampleUpTo(const std::string& marker) {
+    const std::string golden = test::readTestData("meshfile/sample.obj");
+    return golden.substr(0, golden.find("\n" + marker) + 1);
+}
+
+Mesh quads(int count) {
+    Mesh mesh;
+    for (int i = 0; i < count; ++i)
+        mesh.faces.push_back({i, i + 1, i + 2, i + 3});
+    return mesh;
+}
 
 // The vertex block, the block the export skips and the 4-byte gap after it: whatever
 // is appended next stands where the export expects the colour block.
@@ -61,7 +63,7 @@ class ObjExport : public ::testing::Test {
     // The text after the RGB block: the face groups.
     std::string groups() const {
         const std::string text = written();
-        return text.substr(text.find(kRgbClosing) + kRgbClosing.size());
+        return text.substr(text.find(kRgbClosing) + sizeof kRgbClosing - 1);
     }
 
     test::TempDir dir;
@@ -72,34 +74,14 @@ class ObjExport : public ::testing::Test {
 
 TEST_F(ObjExport, WritesHeaderVerticesColoursAndFaceGroups) {
     EXPECT_EQ(run(buildNeqForObjExport(sampleMesh()), {1, 1}), 0.0f);
-    EXPECT_EQ(written(), kSampleHeaderAndVertices + kRgbOpening +
-                             "#RGB  ff2010 00800a\n"
-                             "# End of RGB block\n"
-                             "#FaceID 1\n"
-                             "f 1 2 3 4\n"
-                             "#FaceID 2\n"
-                             "f 2 3 4 \n");
+    EXPECT_EQ(written(), test::readTestData("meshfile/sample.obj"));
     EXPECT_TRUE(idsAfter.empty()) << "a written export consumes the face IDs";
 }
 
-Mesh quads(int count) {
-    Mesh mesh;
-    for (int i = 0; i < count; ++i)
-        mesh.faces.push_back({i, i + 1, i + 2, i + 3});
-    return mesh;
-}
-
 TEST_F(ObjExport, GroupsFollowTheFaceIdsAndStopOnlyBetweenGroups) {
-    const std::string eightQuadsInTwoGroups = "#FaceID 1\n"
-                                              "f 1 2 3 4\n"
-                                              "f 2 3 4 5\n"
-                                              "f 3 4 5 6\n"
-                                              "f 4 5 6 7\n"
-                                              "#FaceID 2\n"
-                                              "f 5 6 7 8\n"
-                                              "f 6 7 8 9\n"
-                                              "f 7 8 9 10\n"
-                                              "f 8 9 10 11\n";
+    const std::string eightQuadsInTwoGroups =
+        "#FaceID 1\nf 1 2 3 4\nf 2 3 4 5\nf 3 4 5 6\nf 4 5 6 7\n"
+        "#FaceID 2\nf 5 6 7 8\nf 6 7 8 9\nf 7 8 9 10\nf 8 9 10 11\n";
     const struct {
         int quads;
         Ids ids;
@@ -123,25 +105,21 @@ TEST_F(ObjExport, GroupsFollowTheFaceIdsAndStopOnlyBetweenGroups) {
 
 TEST_F(ObjExport, MisplacedBlocksReturnTheTagFoundAndKeepWhatWasWritten) {
     const Mesh mesh = sampleMesh();
-    const NeqBytes faces = encodeFaces(mesh);
-    const NeqBytes colours = encodeColours(mesh);
-
     // The face block where the colour block should be: header and vertices only. The
     // face count line shows that block's length field.
     NeqBuilder facesForColours = vertexAndSkippedBlock(mesh);
-    facesForColours.block(kFaceTag, 2, faces.data(), kFaceRecordSize).terminator();
+    facesForColours.block(kFaceTag, 2, encodeFaces(mesh).data(), kFaceRecordSize).terminator();
     EXPECT_EQ(run(facesForColours.bytes(), {1, 1}), 20001.0f);
-    std::string expected = kSampleHeaderAndVertices;
+    std::string expected = sampleUpTo("# The following RGB block");
     EXPECT_EQ(written(), expected.replace(expected.find("24"), 2, "48"));
     EXPECT_EQ(idsAfter, (Ids{1, 1}));
 
     // A UV block where the face block should be: everything up to the RGB block.
     NeqBuilder uvForFaces = vertexAndSkippedBlock(mesh);
-    uvForFaces.block(kColourTag, 2, colours.data(), kColourRecordSize);
+    uvForFaces.block(kColourTag, 2, encodeColours(mesh).data(), kColourRecordSize);
     uvForFaces.block(kUvTag, 0, nullptr, 0).terminator();
     EXPECT_EQ(run(uvForFaces.bytes(), {1, 1}), 25001.0f);
-    EXPECT_EQ(written(),
-              kSampleHeaderAndVertices + kRgbOpening + "#RGB  ff2010 00800a\n" + kRgbClosing);
+    EXPECT_EQ(written(), sampleUpTo("#FaceID"));
     EXPECT_EQ(idsAfter, (Ids{1, 1}));
 
     // No vertex block at 32: nothing is created.
@@ -160,7 +138,7 @@ TEST_F(ObjExport, FieldsPastTheEndOfATruncatedFile) {
     builder.raw(colourTag, sizeof colourTag);
     EXPECT_EQ(run(builder.bytes(), {1}), -1.0f);
     EXPECT_EQ(written(), "# File exported by Clayvo plugin\n#Vertex count 0\n#Face count 0\n" +
-                             kEmptyRgbBlock);
+                             test::readTestData("meshfile/rgb_0.txt"));
 
     // A vertex count far past the end is cut to the records that fit, in its line too;
     // the skipped block's length then lies past the end: -1 after the vertex lines.
@@ -172,39 +150,31 @@ TEST_F(ObjExport, FieldsPastTheEndOfATruncatedFile) {
                          "v 0 0 0\nv 1 -0.25 100000\n");
 }
 
-TEST_F(ObjExport, ResultCodesLeaveTheFaceIdsAsTheyWere) {
-    writeBytesToFile(in, buildNeqForObjExport(sampleMesh()));
-    Ids ids;
-    EXPECT_EQ(exportObj(dir.file("missing").c_str(), out.c_str(), ids).hostResult(), -18.0f)
-        << "checked before the input is opened";
-    EXPECT_FALSE(test::fileExists(out));
-    ids = {1, 1};
-    EXPECT_EQ(exportObj(dir.file("missing").c_str(), out.c_str(), ids).hostResult(), -1760.0f);
-    EXPECT_EQ(exportObj(dir.path().c_str(), out.c_str(), ids).hostResult(), -1760.0f);
-    EXPECT_EQ(exportObj(in.c_str(), dir.file("no/such.obj").c_str(), ids).hostResult(), -2.0f);
-    EXPECT_EQ(ids, (Ids{1, 1}));
-    EXPECT_FALSE(test::fileExists(out));
-}
-
-TEST_F(ObjExport, TypedExportsShareTheModuleFaceIds) {
+// Through the typed exports, which share the module's face IDs: every failure leaves
+// them for a retry, a written export consumes them.
+TEST_F(ObjExport, TypedExportsShareTheModuleFaceIdsAndKeepThemOnFailure) {
     Mesh base;
     base.faces = {{0, 1, 2, 3}, {0, 1, 2, -1}};
     const std::string basePath = dir.file("base.neq");
     writeBytesToFile(basePath, buildNeqFacesFirst(base));
     writeBytesToFile(in, buildNeqForObjExport(quads(7)));
     std::string outPath = out;
+    std::string badOut = dir.file("no/such.obj");
 
     faceID.clear();
-    EXPECT_EQ(writeOBJfromNeq(in.c_str(), outPath.data()), -18.0f);
+    EXPECT_EQ(writeOBJfromNeq(dir.file("missing").c_str(), outPath.data()), -18.0f)
+        << "checked before the input is opened";
     EXPECT_EQ(GetFaceIDsNeq(basePath.c_str(), 1.0), 2.0f);
-    std::string badOut = dir.file("no/such.obj");
+    EXPECT_EQ(writeOBJfromNeq(dir.file("missing").c_str(), outPath.data()), -1760.0f);
+    EXPECT_EQ(writeOBJfromNeq(dir.path().c_str(), outPath.data()), -1760.0f);
     EXPECT_EQ(writeOBJfromNeq(in.c_str(), badOut.data()), -2.0f);
+    EXPECT_FALSE(test::fileExists(out));
     EXPECT_EQ(writeOBJfromNeq(basePath.c_str(), outPath.data()), 20001.0f);
     EXPECT_EQ(faceID, (Ids{4, 3}));
     EXPECT_EQ(writeOBJfromNeq(in.c_str(), outPath.data()), 0.0f);
     EXPECT_TRUE(faceID.empty());
-    EXPECT_EQ(written().substr(written().find("#FaceID 2")),
-              "#FaceID 2\nf 5 6 7 8\nf 6 7 8 9\nf 7 8 9 10\n");
+    EXPECT_EQ(groups(), "#FaceID 1\nf 1 2 3 4\nf 2 3 4 5\nf 3 4 5 6\nf 4 5 6 7\n"
+                        "#FaceID 2\nf 5 6 7 8\nf 6 7 8 9\nf 7 8 9 10\n");
     EXPECT_EQ(writeOBJfromNeq(in.c_str(), outPath.data()), -18.0f) << "consumed";
 }
 

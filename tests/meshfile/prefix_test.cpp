@@ -1,17 +1,23 @@
-// Every prefix of valid files through every reader of faces, colours and OBJ export:
-// in memory each prefix sits in its own exact-size heap block, so a sanitizer build
-// reports any read past its end; on disk each prefix goes through the loader too.
+// Every prefix of valid files through every reader: face IDs, colours, OBJ export, UV
+// tiles and groups. In memory each prefix sits in its own exact-size heap block, so a
+// sanitizer build reports any read past its end; on disk each prefix goes through the
+// loader too.
 
 #include "meshfile/face_ids.h"
+#include "meshfile/groups.h"
 #include "meshfile/neq_writer.h"
 #include "meshfile/obj_export.h"
 #include "meshfile/rgb_block.h"
+#include "meshfile/uv_test_meshes.h"
+#include "meshfile/uv_tiles_split.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace neq::meshfile {
@@ -19,25 +25,50 @@ namespace {
 
 using Ids = std::vector<std::uint32_t>;
 
-std::vector<NeqBytes> validFiles() {
+Mesh validMesh() {
     Mesh mesh;
     mesh.vertices = {{0, 1, 2}, {3, 4, 5}, {6, 7, 8}, {9, 10, 11}};
     mesh.faces = {{0, 1, 2, 3}, {1, 2, 3, -1}, {3, 2, 1, 0}};
     mesh.uvs = {{0, 0, 1, 0, 1, 1, 0, 1}, {1, 1, 2, 1, 2, 2, 1, 2}, {0, 0, 1, 0, 1, 1, 0, 1}};
     mesh.colours = {{1, 2, 3}, {4, 5, 6}, {7, 8, 9}, {10, 11, 12}};
     mesh.groups = {1, 2, 1};
-    return {buildNeqForObjExport(mesh), buildNeqChain(mesh), buildNeqFacesFirst(mesh),
-            buildNeqColoursFirst(mesh)};
+    return mesh;
 }
 
 // Output goes nowhere: what is written is checked elsewhere, and rewriting a real file
 // hundreds of times costs seconds on some file systems.
 const char kOut[] = "/dev/null";
 
+// The UV and group readers on a prefix of the chain file: a cut header is no block, and
+// the count of a cut block is clamped to the records present.
+void checkUvAndGroups(const NeqView& view, const Mesh& mesh, std::size_t wholeSize) {
+    const std::size_t length = view.size();
+    const std::size_t uvStart = test::uvRecordsOffset(mesh);
+    const auto scan = scanUvTiles(view);
+    const auto split = UvTileSplit::plan(view);
+    ASSERT_EQ(scan.has_value(), length >= uvStart) << length;
+    ASSERT_EQ(split.has_value(), scan.has_value()) << length;
+    if (split) {
+        EXPECT_EQ(split->pairCount(), 4 * std::min<std::size_t>(3, (length - uvStart) / 32));
+        EXPECT_EQ(split->tiles().size(), scan->tiles.size()) << length;
+        for (std::size_t k = 0; k < split->tiles().size(); ++k)
+            EXPECT_EQ(split->tileImage(k).size(), split->tileFileSize());
+    }
+    const std::size_t groupStart = wholeSize - 16 - 2 * mesh.groups.size();
+    const auto groups = countDistinctGroups(view);
+    ASSERT_EQ(groups.has_value(), length >= groupStart) << length;
+    if (groups) {
+        const std::size_t present = std::min<std::size_t>(3, (length - groupStart) / 2);
+        EXPECT_EQ(*groups,
+                  std::set<int>(mesh.groups.begin(), mesh.groups.begin() + present).size());
+    }
+}
+
 TEST(EveryPrefix, InMemoryReadersStayInsideTheBuffer) {
-    const std::vector<NeqBytes> files = validFiles();
-    for (std::size_t shape = 0; shape < files.size(); ++shape) {
-        const NeqBytes& file = files[shape];
+    const Mesh mesh = validMesh();
+    const NeqBytes files[] = {buildNeqForObjExport(mesh), buildNeqChain(mesh),
+                              buildNeqFacesFirst(mesh), buildNeqColoursFirst(mesh)};
+    for (const NeqBytes& file : files) {
         for (std::size_t length = 0; length <= file.size(); ++length) {
             const std::unique_ptr<std::uint8_t[]> copy(new std::uint8_t[length]);
             if (length != 0) std::memcpy(copy.get(), file.data(), length);
@@ -48,16 +79,17 @@ TEST(EveryPrefix, InMemoryReadersStayInsideTheBuffer) {
             EXPECT_EQ(exportColours(view, kOut).status, ExportStatus::Written);
             const float result = exportObj(view, kOut, {4, 3, 4}).hostResult();
             // A cut only removes bytes, so a tag is either read whole or found missing.
-            if (shape == 0) {
+            if (&file == &files[0]) {
                 EXPECT_TRUE(result == 0.0f || result == -1.0f) << length << ": " << result;
             }
+            if (&file == &files[1]) checkUvAndGroups(view, mesh, file.size());
         }
     }
 }
 
 TEST(EveryPrefix, LoadedFilesGiveResultsNotCrashes) {
     test::TempDir dir;
-    const NeqBytes file = validFiles()[0];
+    const NeqBytes file = buildNeqForObjExport(validMesh());
     for (std::size_t length = 0; length <= file.size(); ++length) {
         const std::string in = dir.file(std::to_string(length) + ".neq");
         writeBytesToFile(in, NeqBytes(file.begin(), file.begin() + length));

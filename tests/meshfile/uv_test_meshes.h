@@ -1,14 +1,12 @@
 #pragma once
 
-// Meshes and expected bytes shared by the UV tile and group tests.
+// Meshes shared by the UV tile and group tests.
 
 #include "meshfile/neq_format.h"
 #include "meshfile/neq_writer.h"
 
 #include <array>
 #include <cstdint>
-#include <cstring>
-#include <string>
 #include <vector>
 
 namespace neq::test {
@@ -44,28 +42,6 @@ inline meshfile::NeqBytes uvFile(const std::vector<UvRecord>& records) {
 // face block and the UV block's own header, counted here independently of the reader.
 inline std::size_t uvRecordsOffset(const meshfile::Mesh& mesh) {
     return 32 + 16 + 12 * mesh.vertices.size() + 16 + 16 * mesh.faces.size() + 16;
-}
-
-inline std::string asString(const meshfile::NeqBytes& bytes) {
-    return std::string(bytes.begin(), bytes.end());
-}
-
-// The little-endian bytes of single-precision floats.
-inline std::string floatBytes(const std::vector<float>& values) {
-    std::string out;
-    for (float value : values) {
-        std::uint32_t bits;
-        std::memcpy(&bits, &value, sizeof bits);
-        for (int i = 0; i < 4; ++i)
-            out.push_back(static_cast<char>(bits >> (8 * i)));
-    }
-    return out;
-}
-
-// A tile file as it must come out: the input up to the UV records, the pairs, 16 zeros.
-inline std::string expectedTileFile(const meshfile::NeqBytes& input, std::size_t prefixSize,
-                                    const std::vector<float>& pairs) {
-    return asString(input).substr(0, prefixSize) + floatBytes(pairs) + std::string(16, '\0');
 }
 
 } // namespace neq::test

@@ -1,5 +1,6 @@
 #include "meshfile/uv_tiles.h"
 
+#include "meshfile/groups.h"
 #include "meshfile/neq_format.h"
 #include "meshfile/uv_test_meshes.h"
 #include "meshfile/uv_tiles_split.h"
@@ -9,7 +10,6 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <memory>
 
 namespace neq::test {
 namespace {
@@ -110,26 +110,16 @@ TEST(UvTiles, HostileBlocksAreClamped) {
     }
 }
 
-// Every prefix of a valid file, each in an allocation of exactly its size, so that any
-// read past the end is caught by the address sanitizer.
-TEST(UvTiles, EveryPrefixOfAFileIsReadSafely) {
-    const NeqBytes whole =
-        meshfile::buildNeqChain(uvMesh({{0.5f, 0.5f, 1.5f, 0.5f}, {-0.25f, 0.5f}, {1.25f, 0.75f}}));
-    const std::size_t recordsStart = uvRecordsOffset(uvMesh({{}, {}, {}}));
-    for (std::size_t size = 0; size <= whole.size(); ++size) {
-        auto copy = std::make_unique<std::uint8_t[]>(size);
-        if (size != 0) std::memcpy(copy.get(), whole.data(), size);
-        const NeqView view(copy.get(), size);
-        const auto scan = meshfile::scanUvTiles(view);
-        const auto split = meshfile::UvTileSplit::plan(view);
-        ASSERT_EQ(scan.has_value(), size >= recordsStart) << size;
-        ASSERT_EQ(split.has_value(), scan.has_value()) << size;
-        if (!split) continue;
-        const std::size_t recordsPresent = std::min<std::size_t>(3, (size - recordsStart) / 32);
-        EXPECT_EQ(split->pairCount(), 4 * recordsPresent) << size;
-        EXPECT_EQ(split->tiles().size(), scan->tiles.size()) << size;
-        for (std::size_t k = 0; k < split->tiles().size(); ++k)
-            EXPECT_EQ(split->tileImage(k).size(), split->tileFileSize());
+TEST(UvGroups, CountsDistinctSignedValues) {
+    const struct {
+        std::vector<std::int16_t> groups;
+        std::size_t distinct;
+    } cases[] = {{{1, 1, 2, 5, 2}, 3}, {{-1, 32767, -32768, 0, -1}, 4}, {{7}, 1}};
+    for (const auto& c : cases) {
+        meshfile::Mesh mesh = uvMesh(std::vector<UvRecord>(c.groups.size()));
+        mesh.groups = c.groups;
+        const NeqBytes bytes = meshfile::buildNeqChain(mesh);
+        EXPECT_EQ(meshfile::countDistinctGroups(NeqView(bytes)), c.distinct);
     }
 }
 

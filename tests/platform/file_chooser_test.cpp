@@ -25,20 +25,17 @@ class FileChooser : public ::testing::Test {
     test::ScopedEnvironmentVariable path_{"PATH", bin_.path()};
 };
 
-TEST_F(FileChooser, NoChooserInstalledMeansNoFile) {
-    EXPECT_EQ(chooseFile("Open"), std::nullopt);
-}
-
-TEST_F(FileChooser, CancellingMeansNoFile) {
-    installChooser("printf '/ignored.vws\\n'\nexit 1\n");
-    EXPECT_EQ(chooseFile("Open"), std::nullopt);
-}
-
-TEST_F(FileChooser, ConfirmedPathComesBackWithoutItsNewline) {
-    installChooser("printf '/scenes/a b.vws\\n'\n");
-    EXPECT_EQ(chooseFile("Open"), std::optional<std::string>("/scenes/a b.vws"));
-    installChooser("exit 0\n");
-    EXPECT_EQ(chooseFile("Open"), std::nullopt) << "confirmed without a path";
+TEST_F(FileChooser, OnlyAConfirmedPathComesBackWithoutItsNewline) {
+    EXPECT_EQ(chooseFile("Open"), std::nullopt) << "no chooser installed";
+    const std::pair<const char*, std::optional<std::string>> cases[] = {
+        {"printf '/ignored.vws\\n'\nexit 1\n", std::nullopt}, // cancelled
+        {"printf '/scenes/a b.vws\\n'\n", "/scenes/a b.vws"},
+        {"exit 0\n", std::nullopt}, // confirmed without a path
+    };
+    for (const auto& [body, chosen] : cases) {
+        installChooser(body);
+        EXPECT_EQ(chooseFile("Open"), chosen) << body;
+    }
 }
 
 TEST_F(FileChooser, TitleReachesTheChooserVerbatim) {

@@ -22,6 +22,12 @@ void* HostLibrary::symbol(const char* name) const {
     return ::dlsym(handle_, name);
 }
 
+void* HostLibrary::required(const char* name) const {
+    void* found = symbol(name);
+    if (found == nullptr) throw std::runtime_error(std::string("no export ") + name);
+    return found;
+}
+
 float HostLibrary::call(const char* name, const char* text, char* out) const {
     const HostEntry function = entry(name);
     if (function == nullptr) throw std::runtime_error(std::string("no entry ") + name);

@@ -44,4 +44,8 @@ void writeFile(const std::string& path, const std::string& bytes) {
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
+std::string readTestData(const std::string& relativePath) {
+    return readFile(NEQBRIDGE_TEST_DATA "/" + relativePath);
+}
+
 } // namespace neq::test

@@ -25,5 +25,7 @@ class TempDir {
 std::string readFile(const std::string& path);
 bool fileExists(const std::string& path);
 void writeFile(const std::string& path, const std::string& bytes);
+// A golden file under tests/data, e.g. readTestData("blend/no_targets.ma").
+std::string readTestData(const std::string& relativePath);
 
 } // namespace neq::test

@@ -1,5 +1,7 @@
 #include "support/tool_run.h"
 
+#include <gtest/gtest.h>
+
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -18,6 +20,17 @@ ToolRun runTool(const std::string& arguments, bool withErrors, const std::string
     const int status = ::pclose(pipe);
     if (WIFEXITED(status)) run.exitCode = WEXITSTATUS(status);
     return run;
+}
+
+void expectRuns(const std::vector<ExpectedRun>& runs, const std::string& environment) {
+    for (const ExpectedRun& expected : runs) {
+        const ToolRun run = runTool(expected.arguments, true, environment);
+        const std::string message =
+            expected.exitCode == 0 ? expected.message : "neqbridge: " + expected.message;
+        EXPECT_EQ(run.exitCode, expected.exitCode) << expected.arguments << "\n" << run.output;
+        EXPECT_NE(run.output.find(message), std::string::npos) << expected.arguments << "\n"
+                                                               << run.output;
+    }
 }
 
 } // namespace neq::test

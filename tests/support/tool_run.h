@@ -3,6 +3,7 @@
 // Runs the built `neqbridge` tool the way a user or pipeline script would.
 
 #include <string>
+#include <vector>
 
 namespace neq::test {
 
@@ -12,8 +13,20 @@ struct ToolRun {
 };
 
 // Runs `ENVIRONMENT neqbridge ARGUMENTS` through /bin/sh (quote arguments that need
-// it), collecting standard output and, when asked, standard error too.
+// it), collecting standard output and, when asked, standard error too. ENVIRONMENT may
+// also be a shell prefix such as "cd FOLDER &&".
 ToolRun runTool(const std::string& arguments, bool withErrors = false,
                 const std::string& environment = "");
+
+// A command line and what it must give: its exit code and a message, which a failing
+// run prints as "neqbridge: MESSAGE".
+struct ExpectedRun {
+    std::string arguments;
+    int exitCode;
+    std::string message;
+};
+
+// Runs each command line (standard error included) and checks its exit code and message.
+void expectRuns(const std::vector<ExpectedRun>& runs, const std::string& environment = "");
 
 } // namespace neq::test
