@@ -25,6 +25,13 @@ using namespace neq::meshfile;
 
 const char kOut[] = "/dev/null";
 
+// Scratch files live under $TMPDIR (scripts/fuzz points it into the build folder).
+std::string scratchPath(const char* suffix) {
+    const char* dir = std::getenv("TMPDIR");
+    return std::string(dir && *dir ? dir : "/tmp") + "/fuzz_neq_readers." +
+           std::to_string(::getpid()) + suffix;
+}
+
 void faceIds(const char* path) {
     std::vector<std::uint32_t> ids;
     loadFaceIds(path, 2.0, ids);
@@ -53,7 +60,7 @@ void uvTiles(const char* path) {
 // so an input with thousands of tiles costs four small files, and the failure path runs.
 void uvSplit(const char* path) {
     static const std::string base = [] {
-        const std::string dir = "/tmp/fuzz_neq_readers." + std::to_string(::getpid()) + ".tiles";
+        const std::string dir = scratchPath(".tiles");
         ::mkdir(dir.c_str(), 0700);
         ::mkdir((dir + "/tile4.NeQ").c_str(), 0700);
         return dir + "/tile.NeQ";
@@ -74,7 +81,7 @@ void (*const kReaders[])(const char* path) = {
 // file is unlinked as soon as it is created and reached through /proc/self/fd (Linux).
 int inputFile() {
     static const int fd = [] {
-        const std::string path = "/tmp/fuzz_neq_readers." + std::to_string(::getpid()) + ".neq";
+        const std::string path = scratchPath(".neq");
         const int created = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
         if (created < 0) {
             std::perror(path.c_str());
