@@ -8,7 +8,6 @@
 #include "api/uv_tile_exports.h"
 #include "blend/blend_result.h"
 #include "blend/node_name.h"
-#include "foundation/file_name_extract.h"
 
 #include <cstdio>
 #include <set>
@@ -53,11 +52,6 @@ const char kHelp[] =
     "Example:\n"
     "  neqbridge blend Head.ma Smile.ma Blink.ma\n";
 
-std::string nodeNameOf(const std::string& path) {
-    std::string pathText = path;
-    return FileNameExtract(pathText, 2);
-}
-
 void warnIfNotPlain(const std::string& what, const std::string& name, const std::string& path) {
     if (blend::isPlainNodeName(name)) return;
     printError("warning: " + what + " name \"" + name + "\" (from " + path +
@@ -66,11 +60,11 @@ void warnIfNotPlain(const std::string& what, const std::string& name, const std:
 
 // The warnings that can be given before anything is written.
 void warnAboutNames(const std::string& basePath, const std::vector<std::string>& targetPaths) {
-    const std::string baseName = nodeNameOf(basePath);
+    const std::string baseName = blend::nodeNameOf(basePath);
     warnIfNotPlain("base", baseName, basePath);
     std::set<std::string> seen;
     for (const std::string& path : targetPaths) {
-        const std::string name = nodeNameOf(path);
+        const std::string name = blend::nodeNameOf(path);
         warnIfNotPlain("target", name, path);
         if (!seen.insert(name).second)
             printError("warning: target name \"" + name +
@@ -123,8 +117,8 @@ int assembleBlendScene(const std::string& basePath, const std::vector<std::strin
         return kExitFailed;
     }
     std::printf("  blend-shape deformer on \"%sShape\" with %zu target%s written to %s\n",
-                nodeNameOf(basePath).c_str(), UVTileStr.size(), UVTileStr.size() == 1 ? "" : "s",
-                basePath.c_str());
+                blend::nodeNameOf(basePath).c_str(), UVTileStr.size(),
+                UVTileStr.size() == 1 ? "" : "s", basePath.c_str());
     return std::fflush(stdout) == 0 ? kExitOk : kExitFailed;
 }
 

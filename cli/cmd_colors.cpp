@@ -1,6 +1,6 @@
 #include "command.h"
+#include "neq_input.h"
 
-#include "meshfile/neq_bytes.h"
 #include "meshfile/neq_format.h"
 #include "meshfile/obj_export_outcome.h"
 #include "meshfile/rgb_block.h"
@@ -37,19 +37,10 @@ int run(const std::vector<std::string>& args) {
     const std::string& inPath = args[0];
     const std::string& outPath = args[1];
     meshfile::NeqBytes bytes;
-    meshfile::ExportOutcome outcome;
-    if (!meshfile::loadNeqFile(inPath.c_str(), bytes)) {
-        outcome.status = meshfile::ExportStatus::CannotOpenInput;
-        printError(meshfile::describeFailure(outcome, inPath, outPath));
-        return kExitFailed;
-    }
+    if (!loadNeqOrReport(inPath, bytes)) return kExitFailed;
     const meshfile::NeqView file(bytes);
-    const std::optional<std::uint32_t> tag = file.u32(meshfile::kFirstBlockOffset);
-    if (tag != meshfile::kColourTag) {
-        printError("warning: expected the colour block (tag 35001) at offset 32, found " +
-                   meshfile::describeFoundTag(tag) + "; reading it as colours anyway");
-    }
-    outcome = meshfile::exportColours(file, outPath.c_str());
+    warnUnlessFirstBlockIs(file, meshfile::kColourTag, "");
+    const meshfile::ExportOutcome outcome = meshfile::exportColours(file, outPath.c_str());
     if (outcome.status != meshfile::ExportStatus::Written) {
         printError(meshfile::describeFailure(outcome, inPath, outPath));
         return kExitFailed;

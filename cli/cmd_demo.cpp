@@ -1,9 +1,10 @@
 #include "command.h"
 #include "demo_steps.h"
 
+#include "platform/directories.h"
+
 #include <cstdio>
 #include <cstdlib>
-#include <sys/stat.h>
 
 namespace neq::cli {
 namespace {
@@ -25,7 +26,7 @@ int run(const std::vector<std::string>& args) {
         context.dir = pattern;
     } else {
         context.dir = args[0];
-        ::mkdir(context.dir.c_str(), 0777); // an existing folder is fine
+        platform::makeDirectory(context.dir.c_str()); // an existing folder is fine
     }
     if (context.dir.empty() || context.dir.back() != '/') context.dir += '/';
     std::printf("neqbridge demo: writing into %s\n", context.dir.c_str());

@@ -1,5 +1,6 @@
 #include "args.h"
 #include "command.h"
+#include "neq_input.h"
 
 #include "meshfile/face_ids.h"
 #include "meshfile/neq_format.h"
@@ -53,17 +54,9 @@ bool parseLevel(const std::string& text, double& level) {
 bool readBaseFaceIds(const std::string& basePath, double level,
                      std::vector<std::uint32_t>& faceIds) {
     meshfile::NeqBytes bytes;
-    if (!meshfile::loadNeqFile(basePath.c_str(), bytes)) {
-        meshfile::ExportOutcome outcome;
-        outcome.status = meshfile::ExportStatus::CannotOpenInput;
-        printError(meshfile::describeFailure(outcome, basePath, ""));
-        return false;
-    }
+    if (!loadNeqOrReport(basePath, bytes)) return false;
     const meshfile::NeqView file(bytes);
-    const std::optional<std::uint32_t> tag = file.u32(meshfile::kFirstBlockOffset);
-    if (tag != meshfile::kFaceTag)
-        printError("warning: expected the face block (tag 20001) at offset 32 of " + basePath +
-                   ", found " + meshfile::describeFoundTag(tag) + "; reading it as faces anyway");
+    warnUnlessFirstBlockIs(file, meshfile::kFaceTag, " of " + basePath);
     if (meshfile::readFaceIds(file, level, faceIds) == 0) {
         printError("no face IDs: " + basePath +
                    " has no face records in its first block, so the faces cannot be grouped "

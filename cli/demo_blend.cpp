@@ -57,12 +57,12 @@ std::string targetScene(const std::string& name, int offset, const char* vertice
 
 bool writeScene(const std::string& path, const std::string& text) {
     OutputFile file;
-    if (!file.open(path.c_str(), "wb")) {
-        printError("cannot write " + path);
-        return false;
+    bool written = file.open(path.c_str(), "wb");
+    if (written) {
+        file.append(text);
+        written = file.close();
     }
-    file.append(text);
-    if (!file.close()) {
+    if (!written) {
         printError("cannot write " + path);
         return false;
     }

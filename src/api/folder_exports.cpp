@@ -1,5 +1,7 @@
 #include "api/folder_exports.h"
 
+#include "api/host_entry.h"
+
 #include "platform/directories.h"
 #include "platform/file_chooser.h"
 
@@ -9,17 +11,7 @@
 #include <cstring>
 #include <memory>
 #include <optional>
-
-namespace {
-
-// Text handed to host-side code: a new[] copy the caller releases.
-char* newTextCopy(const std::string& text) {
-    char* copy = new char[text.size() + 1];
-    std::memcpy(copy, text.c_str(), text.size() + 1);
-    return copy;
-}
-
-} // namespace
+#include <string>
 
 bool IsDirectory(char* path) {
     if (path == nullptr) return true;
@@ -57,14 +49,14 @@ bool createFolder(const char* path) {
 
 char* getSharedFolder() try {
     const std::string folder = neq::platform::usersFolder();
-    return folder.empty() ? nullptr : newTextCopy(folder);
+    return folder.empty() ? nullptr : neq::api::newHostText(folder);
 } catch (...) {
     return nullptr;
 }
 
 char* runCocoaOpenFileBrowser(const char* title) try {
     const std::optional<std::string> chosen = neq::platform::chooseFile(title ? title : "");
-    return chosen ? newTextCopy(*chosen) : nullptr;
+    return chosen ? neq::api::newHostText(*chosen) : nullptr;
 } catch (...) {
     return nullptr;
 }

@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <exception>
+#include <string_view>
 
 #define NEQBRIDGE_HOST_ENTRY extern "C" NEQBRIDGE_API float
 
@@ -28,6 +29,15 @@ template <class Operation> float guardedEntry(Operation&& operation) noexcept {
 // Output buffers are sized by the host; the interface gives no length to check.
 inline void copyToHost(char* out, const char* text) {
     std::strcpy(out, text);
+}
+
+// Text a typed export hands to host-side code: a NUL-terminated new[] copy that the
+// caller releases with delete[].
+inline char* newHostText(std::string_view text) {
+    char* copy = new char[text.size() + 1];
+    std::memcpy(copy, text.data(), text.size());
+    copy[text.size()] = '\0';
+    return copy;
 }
 
 } // namespace neq::api

@@ -3,7 +3,6 @@
 #include "api/uv_tile_exports.h"
 
 void getUVTileString(int index, char* buffer) {
-    if (UVTileStr.empty()) return;
     // The host only asks for indices it was given; anything else leaves the buffer
     // as it was rather than reading outside the list.
     if (index < 0 || static_cast<std::size_t>(index) >= UVTileStr.size()) return;

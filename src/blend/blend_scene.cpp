@@ -2,20 +2,11 @@
 
 #include "blend/blend_result.h"
 #include "blend/blend_statements.h"
+#include "blend/node_name.h"
 #include "blend/scene_file.h"
-#include "foundation/file_name_extract.h"
 #include "foundation/whole_file.h"
 
 namespace neq::blend {
-namespace {
-
-// The file name without its folder and extension: the name of the node it holds.
-std::string nodeNameOf(const char* path) {
-    std::string pathText(path);
-    return FileNameExtract(pathText, 2);
-}
-
-} // namespace
 
 float addBlend(const char* targetPath, const char* basePath,
                std::vector<std::string>& targetNames) {

@@ -1,5 +1,7 @@
 #include "blend/node_name.h"
 
+#include "foundation/file_name_extract.h"
+
 namespace neq::blend {
 namespace {
 
@@ -12,6 +14,10 @@ bool isAsciiDigit(char c) {
 }
 
 } // namespace
+
+std::string nodeNameOf(std::string path) {
+    return FileNameExtract(path, 2);
+}
 
 bool isPlainNodeName(std::string_view name) {
     if (name.empty() || isAsciiDigit(name.front())) return false;

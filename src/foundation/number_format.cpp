@@ -255,20 +255,16 @@ char* writeEightDigits(char* out, std::uint32_t value) {
     return writeFollowingPairs(out + 2, fixed, 3);
 }
 
+// The leading digit or pair of `fixed`, then `pairs` more.
+char* writeFixed(char* out, std::uint64_t fixed, int pairs) {
+    return writeFollowingPairs(writeLeading(out, static_cast<unsigned>(fixed >> 32)), fixed, pairs);
+}
+
 char* writeDecimal(char* out, std::uint32_t value) {
     if (value < 100) return writeLeading(out, value);
-    if (value < 10000) {
-        const std::uint64_t fixed = value * std::uint64_t{42949673}; // / 10^2
-        return writeFollowingPairs(writeLeading(out, static_cast<unsigned>(fixed >> 32)), fixed, 1);
-    }
-    if (value < 1000000) {
-        const std::uint64_t fixed = value * std::uint64_t{429497}; // / 10^4
-        return writeFollowingPairs(writeLeading(out, static_cast<unsigned>(fixed >> 32)), fixed, 2);
-    }
-    if (value < 100000000) {
-        const std::uint64_t fixed = fixedOverMillion(value);
-        return writeFollowingPairs(writeLeading(out, static_cast<unsigned>(fixed >> 32)), fixed, 3);
-    }
+    if (value < 10000) return writeFixed(out, value * std::uint64_t{42949673}, 1); // / 10^2
+    if (value < 1000000) return writeFixed(out, value * std::uint64_t{429497}, 2); // / 10^4
+    if (value < 100000000) return writeFixed(out, fixedOverMillion(value), 3);
     const std::uint32_t high = value / 100000000;
     return writeEightDigits(writeLeading(out, high), value - high * 100000000);
 }

@@ -26,6 +26,29 @@ std::uint32_t count32(std::size_t n) {
     return static_cast<std::uint32_t>(n);
 }
 
+template <std::size_t N>
+NeqBytes encodeFloatRecords(const std::vector<std::array<float, N>>& records) {
+    NeqBytes out;
+    out.reserve(records.size() * N * sizeof(float));
+    for (const auto& record : records)
+        for (float c : record)
+            putF32(out, c);
+    return out;
+}
+
+// The mesh's records of one kind as a block; every builder below is made of these.
+void addVertices(NeqBuilder& builder, const Mesh& mesh) {
+    builder.block(kVertexTag, count32(mesh.vertices.size()), encodeVertices(mesh).data(),
+                  kVertexRecordSize);
+}
+void addFaces(NeqBuilder& builder, const Mesh& mesh) {
+    builder.block(kFaceTag, count32(mesh.faces.size()), encodeFaces(mesh).data(), kFaceRecordSize);
+}
+void addColours(NeqBuilder& builder, const Mesh& mesh) {
+    builder.block(kColourTag, count32(mesh.colours.size()), encodeColours(mesh).data(),
+                  kColourRecordSize);
+}
+
 } // namespace
 
 NeqBuilder::NeqBuilder() {
@@ -57,12 +80,7 @@ NeqBuilder& NeqBuilder::terminator() {
 }
 
 NeqBytes encodeVertices(const Mesh& mesh) {
-    NeqBytes out;
-    out.reserve(mesh.vertices.size() * kVertexRecordSize);
-    for (const auto& v : mesh.vertices)
-        for (float c : v)
-            putF32(out, c);
-    return out;
+    return encodeFloatRecords(mesh.vertices);
 }
 
 NeqBytes encodeFaces(const Mesh& mesh) {
@@ -75,12 +93,7 @@ NeqBytes encodeFaces(const Mesh& mesh) {
 }
 
 NeqBytes encodeUvs(const Mesh& mesh) {
-    NeqBytes out;
-    out.reserve(mesh.uvs.size() * kUvRecordSize);
-    for (const auto& record : mesh.uvs)
-        for (float c : record)
-            putF32(out, c);
-    return out;
+    return encodeFloatRecords(mesh.uvs);
 }
 
 NeqBytes encodeColours(const Mesh& mesh) {
@@ -108,16 +121,11 @@ NeqBytes encodeGroups(const Mesh& mesh) {
 
 NeqBytes buildNeqChain(const Mesh& mesh) {
     NeqBuilder builder;
-    builder.block(kVertexTag, count32(mesh.vertices.size()), encodeVertices(mesh).data(),
-                  kVertexRecordSize);
-    if (!mesh.faces.empty())
-        builder.block(kFaceTag, count32(mesh.faces.size()), encodeFaces(mesh).data(),
-                      kFaceRecordSize);
+    addVertices(builder, mesh);
+    if (!mesh.faces.empty()) addFaces(builder, mesh);
     if (!mesh.uvs.empty())
         builder.block(kUvTag, count32(mesh.uvs.size()), encodeUvs(mesh).data(), kUvRecordSize);
-    if (!mesh.colours.empty())
-        builder.block(kColourTag, count32(mesh.colours.size()), encodeColours(mesh).data(),
-                      kColourRecordSize);
+    if (!mesh.colours.empty()) addColours(builder, mesh);
     if (!mesh.groups.empty())
         builder.block(kGroupTag, count32(mesh.groups.size()), encodeGroups(mesh).data(),
                       kGroupRecordSize);
@@ -127,25 +135,22 @@ NeqBytes buildNeqChain(const Mesh& mesh) {
 NeqBytes buildNeqForObjExport(const Mesh& mesh) {
     static const std::uint8_t kGap[4] = {0, 0, 0, 0};
     NeqBuilder builder;
-    builder.block(kVertexTag, count32(mesh.vertices.size()), encodeVertices(mesh).data(),
-                  kVertexRecordSize);
+    addVertices(builder, mesh);
     builder.block(kSkippedTag, 0, nullptr, 0).raw(kGap, sizeof kGap);
-    builder.block(kColourTag, count32(mesh.colours.size()), encodeColours(mesh).data(),
-                  kColourRecordSize);
-    builder.block(kFaceTag, count32(mesh.faces.size()), encodeFaces(mesh).data(), kFaceRecordSize);
+    addColours(builder, mesh);
+    addFaces(builder, mesh);
     return builder.terminator().take();
 }
 
 NeqBytes buildNeqFacesFirst(const Mesh& mesh) {
     NeqBuilder builder;
-    builder.block(kFaceTag, count32(mesh.faces.size()), encodeFaces(mesh).data(), kFaceRecordSize);
+    addFaces(builder, mesh);
     return builder.terminator().take();
 }
 
 NeqBytes buildNeqColoursFirst(const Mesh& mesh) {
     NeqBuilder builder;
-    builder.block(kColourTag, count32(mesh.colours.size()), encodeColours(mesh).data(),
-                  kColourRecordSize);
+    addColours(builder, mesh);
     return builder.terminator().take();
 }
 

@@ -44,12 +44,10 @@ void writeVertices(OutputFile& out, const NeqView& file, std::uint64_t count) {
     for (std::uint64_t i = 0; i < count; ++i, record += kVertexRecordSize) {
         char* p = out.reserve(kMaxVertexLine);
         *p++ = 'v';
-        *p++ = ' ';
-        p = formatFloatG(p, file.f32Unchecked(record));
-        *p++ = ' ';
-        p = formatFloatG(p, file.f32Unchecked(record + 4));
-        *p++ = ' ';
-        p = formatFloatG(p, file.f32Unchecked(record + 8));
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            *p++ = ' ';
+            p = formatFloatG(p, file.f32Unchecked(record + 4 * axis));
+        }
         *p++ = '\n';
         out.commit(p);
     }
@@ -62,12 +60,10 @@ void writeFaces(OutputFile& out, const NeqView& file, std::size_t record, std::u
     for (std::uint64_t i = 0; i < count; ++i, record += kFaceRecordSize) {
         char* p = out.reserve(kMaxFaceLine);
         *p++ = 'f';
-        *p++ = ' ';
-        p = formatInt(p, std::int64_t{file.i32Unchecked(record)} + 1);
-        *p++ = ' ';
-        p = formatInt(p, std::int64_t{file.i32Unchecked(record + 4)} + 1);
-        *p++ = ' ';
-        p = formatInt(p, std::int64_t{file.i32Unchecked(record + 8)} + 1);
+        for (std::size_t corner = 0; corner < 3; ++corner) {
+            *p++ = ' ';
+            p = formatInt(p, std::int64_t{file.i32Unchecked(record + 4 * corner)} + 1);
+        }
         *p++ = ' ';
         const std::int32_t fourth = file.i32Unchecked(record + 12);
         if (fourth >= 0) p = formatInt(p, std::int64_t{fourth} + 1);
@@ -105,11 +101,10 @@ ObjExportLayout locateObjExportBlocks(const NeqView& file) {
     const std::optional<std::uint32_t> skippedLength = file.u32(skippedLengthOffset);
     if (!skippedLength) return layout;
     layout.colourBlock = skippedLengthOffset + *skippedLength;
-    const std::optional<std::uint32_t> colourCount =
-        file.u32(*layout.colourBlock + kBlockCountOffset);
-    if (colourCount)
+    layout.colourCount = file.u32(*layout.colourBlock + kBlockCountOffset);
+    if (layout.colourCount)
         layout.faceBlock = *layout.colourBlock + kBlockHeaderSize +
-                           std::uint64_t{*colourCount} * kColourRecordSize;
+                           std::uint64_t{*layout.colourCount} * kColourRecordSize;
     return layout;
 }
 
@@ -142,8 +137,8 @@ ExportOutcome exportObj(const NeqView& file, const char* outPath,
     if (!expectTag(file, colourBlock, kColourTag, outcome)) return outcome;
 
     // A count that lies past the end leaves no colours to write and no face block.
-    const std::uint32_t colourCount = file.u32(*colourBlock + kBlockCountOffset).value_or(0);
-    outcome.colours = writeRgbBlock(out, file, *colourBlock + kBlockHeaderSize, colourCount);
+    outcome.colours =
+        writeRgbBlock(out, file, *colourBlock + kBlockHeaderSize, layout.colourCount.value_or(0));
     if (!expectTag(file, layout.faceBlock, kFaceTag, outcome)) return outcome;
 
     writeFaceGroups(out, file, *layout.faceBlock, faceIds, outcome);
@@ -153,17 +148,10 @@ ExportOutcome exportObj(const NeqView& file, const char* outPath,
 
 ExportOutcome exportObj(const char* inPath, const char* outPath,
                         std::vector<std::uint32_t>& faceIds) {
-    ExportOutcome outcome;
-    if (faceIds.empty()) {
-        outcome.status = ExportStatus::NoFaceIds;
-        return outcome;
-    }
+    if (faceIds.empty()) return outcomeOf(ExportStatus::NoFaceIds);
     NeqBytes bytes;
-    if (!loadNeqFile(inPath, bytes)) {
-        outcome.status = ExportStatus::CannotOpenInput;
-        return outcome;
-    }
-    outcome = exportObj(NeqView(bytes), outPath, faceIds);
+    if (!loadNeqFile(inPath, bytes)) return outcomeOf(ExportStatus::CannotOpenInput);
+    const ExportOutcome outcome = exportObj(NeqView(bytes), outPath, faceIds);
     if (outcome.status == ExportStatus::Written) faceIds.clear();
     return outcome;
 }

@@ -18,6 +18,7 @@ namespace neq::meshfile {
 // records. Nullopt where a length or count that locates a block lies past the end.
 struct ObjExportLayout {
     std::optional<std::uint64_t> colourBlock;
+    std::optional<std::uint32_t> colourCount; // the colour block's count field
     std::optional<std::uint64_t> faceBlock;
 };
 ObjExportLayout locateObjExportBlocks(const NeqView& file);

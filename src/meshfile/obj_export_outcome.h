@@ -50,6 +50,13 @@ struct ExportOutcome {
     float hostResult() const;
 };
 
+// An outcome that reached no output: the early failures.
+inline ExportOutcome outcomeOf(ExportStatus status) {
+    ExportOutcome outcome;
+    outcome.status = status;
+    return outcome;
+}
+
 // What a block tag means, for messages: "vertex", "face", "UV", "colour", "group",
 // or "unknown".
 const char* blockKindName(std::uint32_t tag);

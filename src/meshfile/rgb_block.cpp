@@ -69,12 +69,9 @@ std::uint64_t writeRgbBlock(OutputFile& out, const NeqView& file, std::uint64_t 
 }
 
 ExportOutcome exportColours(const NeqView& file, const char* outPath) {
-    ExportOutcome outcome;
     OutputFile out(textBufferSizeFor(file));
-    if (!out.open(outPath, "wb")) {
-        outcome.status = ExportStatus::CannotOpenOutput;
-        return outcome;
-    }
+    if (!out.open(outPath, "wb")) return outcomeOf(ExportStatus::CannotOpenOutput);
+    ExportOutcome outcome;
     // A file too short to hold the count has no colours to write.
     const std::uint32_t count = file.u32(kFirstBlockCountOffset).value_or(0);
     outcome.colours = writeRgbBlock(out, file, kFirstBlockRecordsOffset, count);
@@ -84,11 +81,7 @@ ExportOutcome exportColours(const NeqView& file, const char* outPath) {
 
 ExportOutcome exportColours(const char* inPath, const char* outPath) {
     NeqBytes bytes;
-    if (!loadNeqFile(inPath, bytes)) {
-        ExportOutcome outcome;
-        outcome.status = ExportStatus::CannotOpenInput;
-        return outcome;
-    }
+    if (!loadNeqFile(inPath, bytes)) return outcomeOf(ExportStatus::CannotOpenInput);
     return exportColours(NeqView(bytes), outPath);
 }
 

@@ -3,8 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -32,34 +36,42 @@ class BlendEntries : public ::testing::Test {
     TempDir dir;
 };
 
-TEST_F(BlendEntries, HostSequenceGivesTheGoldenScene) {
+TEST_F(BlendEntries, HostSequencesGiveTheGoldenScenes) {
     writeFile(dir.file("Head.ma"), "base\n");
     writeFile(dir.file("Smile.ma"), "smile\n");
     writeFile(dir.file("Blink.ma"), "blink\n");
     EXPECT_EQ(add("Smile.ma", "Head.ma"), 0.0f);
     EXPECT_EQ(add("Blink.ma", "Head.ma"), 0.0f);
-    EXPECT_EQ(names, (Names{"Smile", "Blink"}));
     EXPECT_EQ(finish("Head.ma"), 0.0f);
     EXPECT_EQ(scene("Head.ma"), readTestData("blend/two_targets.ma"));
-    EXPECT_EQ(names.size(), 2u) << "the names stay recorded";
-}
 
-TEST_F(BlendEntries, NoTargetsGiveTheGoldenScene) {
+    // Without clearUVString a second scene carries the first scene's targets.
+    writeFile(dir.file("Second.ma"), "x\n");
+    EXPECT_EQ(add("Smile.ma", "Second.ma"), 0.0f);
+    EXPECT_EQ(finish("Second.ma"), 0.0f);
+    EXPECT_EQ(names, (Names{"Smile", "Blink", "Smile"}));
+    EXPECT_NE(scene("Second.ma").find("\"Blink\",\"weight[1]\",\n\"Smile\",\"weight[2]\"};\n"),
+              std::string::npos);
+
+    library.call("clearUVString");
     writeFile(dir.file("Head.ma"), "abc");
     EXPECT_EQ(finish("Head.ma"), 0.0f);
     EXPECT_EQ(scene("Head.ma"), readTestData("blend/no_targets.ma"));
 }
 
-TEST_F(BlendEntries, SecondSceneWithoutClearingCarriesTheFirstScenesTargets) {
-    for (const char* name : {"A.ma", "B.ma", "First.ma", "Second.ma"})
-        writeFile(dir.file(name), "x\n");
-    EXPECT_EQ(add("A.ma", "First.ma"), 0.0f);
-    EXPECT_EQ(finish("First.ma"), 0.0f);
-    EXPECT_EQ(add("B.ma", "Second.ma"), 0.0f);
-    EXPECT_EQ(finish("Second.ma"), 0.0f);
-    EXPECT_EQ(names, (Names{"A", "B"}));
-    EXPECT_NE(scene("Second.ma").find("{\"A\",\"weight[0]\",\n\"B\",\"weight[1]\"};\n"),
-              std::string::npos);
+// The holder of the repeated byte starts as 0 and carries over from file to file.
+TEST_F(BlendEntries, EmptyScenesRepeatTheHolder) {
+    using namespace std::string_literals;
+    writeFile(dir.file("Empty.ma"), "");
+    writeFile(dir.file("B.ma"), "B\n");
+    writeFile(dir.file("T.ma"), "T");
+    EXPECT_EQ(add("Empty.ma", "B.ma"), 0.0f);
+    EXPECT_EQ(scene("B.ma"), "B\n\n\n") << "an empty target repeats the base's last byte";
+    EXPECT_EQ(add("T.ma", "Empty.ma"), 0.0f);
+    EXPECT_EQ(scene("Empty.ma"), "\0TT"s) << "an empty base contributes a 0 byte";
+    writeFile(dir.file("Empty.ma"), "");
+    EXPECT_EQ(finish("Empty.ma"), 0.0f);
+    EXPECT_EQ(scene("Empty.ma").substr(0, 4), "\0\n\nc"s);
 }
 
 TEST_F(BlendEntries, FailuresRecordTheNameAndLeaveTheBaseUnchanged) {
@@ -71,21 +83,57 @@ TEST_F(BlendEntries, FailuresRecordTheNameAndLeaveTheBaseUnchanged) {
     EXPECT_EQ(add("Smile.ma", "NoBase.ma"), -2760.0f);
     EXPECT_EQ(add("Smile.ma", "Folder.ma"), -2760.0f);
     EXPECT_EQ(finish("NoBase.ma"), -2760.0f);
-    EXPECT_EQ(finish("Folder.ma"), -2760.0f);
-    EXPECT_EQ(names, (Names{"Missing", "Folder", "Smile", "Smile"}));
+    EXPECT_EQ(library.call("addBlendFile", nullptr, dir.file("Head.ma").data()), -9.0f);
+    EXPECT_EQ(library.call("addBlendFile", dir.file("Smile.ma").c_str(), nullptr), -9.0f);
+    EXPECT_EQ(library.call("endBlendFile", nullptr), -9.0f);
+    EXPECT_EQ(names, (Names{"Missing", "Folder", "Smile", "Smile"})) << "-9 records nothing";
     EXPECT_EQ(scene("Head.ma"), "base\n");
     EXPECT_FALSE(fileExists(dir.file("NoBase.ma")));
 }
 
-TEST_F(BlendEntries, NullPointersGiveMinusNineAndTouchNothing) {
-    std::string base = dir.file("Head.ma");
-    writeFile(base, "base\n");
-    EXPECT_EQ(library.call("addBlendFile", nullptr, base.data()), -9.0f);
-    EXPECT_EQ(library.call("addBlendFile", base.c_str(), nullptr), -9.0f);
-    EXPECT_EQ(library.call("addBlendFile", nullptr, nullptr), -9.0f);
-    EXPECT_EQ(library.call("endBlendFile", nullptr), -9.0f);
-    EXPECT_TRUE(names.empty());
-    EXPECT_EQ(scene("Head.ma"), "base\n");
+// A file size limit makes the append fail partway, after the base opened fine: the
+// scene is cut back to what it was.
+TEST_F(BlendEntries, UnwritableBaseGivesItsCodeAndStaysUnchanged) {
+    writeFile(dir.file("Head.ma"), std::string(1000, 'b'));
+    writeFile(dir.file("Smile.ma"), std::string(4000, 's'));
+    rlimit saved{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &saved), 0);
+    ASSERT_GE(saved.rlim_max, 2048u);
+    rlimit limited = saved;
+    limited.rlim_cur = 2048;
+    const auto savedHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limited), 0);
+    const float added = add("Smile.ma", "Head.ma");
+    const float finished = finish("Head.ma"); // the statements take more than 1048 bytes
+    ::setrlimit(RLIMIT_FSIZE, &saved);
+    std::signal(SIGXFSZ, savedHandler);
+    EXPECT_EQ(added, -3760.0f);
+    EXPECT_EQ(finished, -3760.0f);
+    EXPECT_EQ(scene("Head.ma"), std::string(1000, 'b'));
+}
+
+// A base that reads fine but cannot be opened for writing. A read-only file does that
+// unless the tests run as root; a running executable refuses writers even then. Each
+// candidate is probed with a write-only open that never writes.
+TEST_F(BlendEntries, BaseThatCannotBeOpenedForWritingGivesItsCodeAndStaysUnchanged) {
+    writeFile(dir.file("Head.ma"), "base\n");
+    ::chmod(dir.file("Head.ma").c_str(), 0444);
+    writeFile(dir.file("Smile.ma"), "smile\n");
+    std::string base;
+    for (const std::string& candidate : {dir.file("Head.ma"), std::string("/proc/self/exe")}) {
+        const int fd = ::open(candidate.c_str(), O_WRONLY | O_APPEND);
+        if (fd >= 0) {
+            ::close(fd);
+            continue;
+        }
+        base = candidate;
+        break;
+    }
+    if (base.empty()) GTEST_SKIP() << "every candidate base accepts writers here";
+    const std::string before = readFile(base);
+    EXPECT_EQ(library.call("addBlendFile", dir.file("Smile.ma").c_str(), base.data()), -3760.0f);
+    EXPECT_EQ(library.call("endBlendFile", base.c_str()), -3760.0f);
+    EXPECT_EQ(readFile(base), before);
 }
 
 } // namespace

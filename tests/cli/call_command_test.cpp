@@ -21,15 +21,10 @@ TEST(CallCommand, PrintsResultsAndTextOfCallsSharingOneLibrary) {
 }
 
 TEST(CallCommand, UnknownEntryOrMissingLibraryFails) {
-    ToolRun run = runTool("call NoSuchEntry", true);
-    EXPECT_EQ(run.exitCode, 2);
-    EXPECT_NE(run.output.find("NoSuchEntry"), std::string::npos);
-    for (const char* name : {"Version", "OpenFolder", "AddFile", "NeQMergeUVs"})
-        EXPECT_NE(run.output.find(std::string("\n  ") + name), std::string::npos) << name;
-
-    run = runTool("call Version", true, "NEQBRIDGE_LIBRARY=/nonexistent/none.so");
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.output.find("cannot load the library /nonexistent/none.so"), std::string::npos);
+    expectRuns(
+        {{"call NoSuchEntry", 2, "unknown entry 'NoSuchEntry'; the entries are:\n  Version"}});
+    expectRuns({{"call Version", 1, "cannot load the library /nonexistent/none.so"}},
+               "NEQBRIDGE_LIBRARY=/nonexistent/none.so");
 }
 
 } // namespace

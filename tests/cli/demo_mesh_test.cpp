@@ -8,15 +8,12 @@
 namespace neq::test {
 namespace {
 
-int countLinesStartingWith(const std::string& text, const std::string& prefix) {
+// Lines after the first that start with `prefix`.
+int countLines(const std::string& text, const std::string& prefix) {
     int count = 0;
-    std::size_t at = 0;
-    while (at < text.size()) {
-        if (text.compare(at, prefix.size(), prefix) == 0) ++count;
-        const std::size_t end = text.find('\n', at);
-        if (end == std::string::npos) break;
-        at = end + 1;
-    }
+    for (std::size_t at = text.find("\n" + prefix); at != std::string::npos;
+         at = text.find("\n" + prefix, at + 1))
+        ++count;
     return count;
 }
 
@@ -35,14 +32,14 @@ TEST(DemoMesh, WritesTheSampleMeshItsObjAndColours) {
     const std::string head = "# File exported by Clayvo plugin\n#Vertex count 47\n"
                              "#Face count 204\nv -1.875 -0.625 0\nv -0.625 -0.625 0.1\n";
     EXPECT_EQ(obj.substr(0, head.size()), head);
-    EXPECT_EQ(countLinesStartingWith(obj, "v "), 47);
-    EXPECT_EQ(countLinesStartingWith(obj, "#FaceID "), 9);
-    EXPECT_EQ(countLinesStartingWith(obj, "f "), 33);
+    EXPECT_EQ(countLines(obj, "v "), 47);
+    EXPECT_EQ(countLines(obj, "#FaceID "), 9);
+    EXPECT_EQ(countLines(obj, "f "), 33);
     EXPECT_NE(obj.find("#FaceID 9\nf 11 32 47 38\nf 12 37 47 32\nf 15 38 47 37\n"),
               std::string::npos);
 
     const std::string colours = readFile(dir.file("colors.txt"));
-    EXPECT_EQ(countLinesStartingWith(colours, "#RGB  "), 2);
+    EXPECT_EQ(countLines(colours, "#RGB  "), 2);
     EXPECT_NE(colours.find("#RGB  281ec8 641e96 "), std::string::npos);
 }
 

@@ -9,33 +9,23 @@
 namespace neq::test {
 namespace {
 
-class TilesCommand : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        ASSERT_TRUE(meshfile::writeBytesToFile(
-            mesh, meshfile::buildNeqChain(uvMesh({{0.5f, 0.5f}, {-0.5f, 0.2f}, {0.1f, 0.9f}}))));
-    }
+TEST(TilesCommand, ListsSplitsCountsAndTranslatesFailures) {
     TempDir dir;
     const std::string mesh = dir.file("m.NeQ");
-};
-
-TEST_F(TilesCommand, ListsSplitsAndCounts) {
+    ASSERT_TRUE(
+        meshfile::writeBytesToFile(mesh, uvFile({{0.5f, 0.5f}, {-0.5f, 0.2f}, {0.1f, 0.9f}})));
     EXPECT_EQ(runTool("tiles " + mesh).output,
               mesh + ": 2 UV tiles (* = tile of the last face)\n  _u-1_v0\n  _u0_v0 *\n");
-    const std::string base = dir.file("t.NeQ");
-    const ToolRun split = runTool("tiles " + mesh + " " + base + " --split");
-    EXPECT_EQ(split.exitCode, 0);
-    EXPECT_EQ(split.output, mesh + ": wrote 2 tile files\n  " + dir.file("t0.NeQ") +
-                                "  _u-1_v0\n  " + dir.file("t1.NeQ") + "  _u0_v0\n");
+    const std::string split = "tiles " + mesh + " " + dir.file("t.NeQ") + " --split";
+    EXPECT_EQ(runTool(split).output, mesh + ": wrote 2 tile files\n  " + dir.file("t0.NeQ") +
+                                         "  _u-1_v0\n  " + dir.file("t1.NeQ") + "  _u0_v0\n");
     EXPECT_EQ(runTool("groups " + mesh).output, mesh + ": 3 distinct groups\n");
-}
 
-TEST_F(TilesCommand, TranslatesFailures) {
+    ::remove(dir.file("t1.NeQ").c_str());
     ASSERT_EQ(::mkdir(dir.file("t1.NeQ").c_str(), 0700), 0);
     const std::string missing = dir.file("none.NeQ");
     expectRuns({
-        {"tiles " + mesh + " " + dir.file("t.NeQ") + " --split", 1,
-         "cannot create or write output file " + dir.file("t1.NeQ") + " (result 1502)"},
+        {split, 1, "cannot create or write output file " + dir.file("t1.NeQ") + " (result 1502)"},
         {"tiles " + missing, 1, "cannot open input file " + missing},
         {"groups " + missing, 1, "cannot open input file " + missing},
         {"tiles " + mesh + " o.NeQ", 2, "OUTBASE.NeQ needs --split"},

@@ -64,10 +64,12 @@ void checkUvAndGroups(const NeqView& view, const Mesh& mesh, std::size_t wholeSi
     }
 }
 
-TEST(EveryPrefix, InMemoryReadersStayInsideTheBuffer) {
+TEST(EveryPrefix, ReadersStayInsideTheBufferAndGiveResults) {
     const Mesh mesh = validMesh();
     const NeqBytes files[] = {buildNeqForObjExport(mesh), buildNeqChain(mesh),
                               buildNeqFacesFirst(mesh), buildNeqColoursFirst(mesh)};
+    test::TempDir dir;
+    const std::string onDisk = dir.file("prefix.neq");
     for (const NeqBytes& file : files) {
         for (std::size_t length = 0; length <= file.size(); ++length) {
             const std::unique_ptr<std::uint8_t[]> copy(new std::uint8_t[length]);
@@ -78,29 +80,21 @@ TEST(EveryPrefix, InMemoryReadersStayInsideTheBuffer) {
             EXPECT_LE(readFaceIds(view, 1, ids), length / 16);
             EXPECT_EQ(exportColours(view, kOut).status, ExportStatus::Written);
             const float result = exportObj(view, kOut, {4, 3, 4}).hostResult();
-            // A cut only removes bytes, so a tag is either read whole or found missing.
-            if (&file == &files[0]) {
-                EXPECT_TRUE(result == 0.0f || result == -1.0f) << length << ": " << result;
-            }
             if (&file == &files[1]) checkUvAndGroups(view, mesh, file.size());
-        }
-    }
-}
+            if (&file != &files[0]) continue;
+            // A cut only removes bytes, so a tag is either read whole or found missing.
+            EXPECT_TRUE(result == 0.0f || result == -1.0f) << length << ": " << result;
 
-TEST(EveryPrefix, LoadedFilesGiveResultsNotCrashes) {
-    test::TempDir dir;
-    const NeqBytes file = buildNeqForObjExport(validMesh());
-    for (std::size_t length = 0; length <= file.size(); ++length) {
-        const std::string in = dir.file(std::to_string(length) + ".neq");
-        writeBytesToFile(in, NeqBytes(file.begin(), file.begin() + length));
-        Ids ids;
-        EXPECT_GE(loadFaceIds(in.c_str(), 2, ids), 0.0f);
-        EXPECT_EQ(exportColours(in.c_str(), kOut).hostResult(), 0.0f);
-        ids = {4, 3, 4};
-        const float result = exportObj(in.c_str(), kOut, ids).hostResult();
-        EXPECT_TRUE(result == 0.0f || result == -1.0f) << length << ": " << result;
-        if (length == file.size()) {
-            EXPECT_EQ(result, 0.0f);
+            // Through the loader, which adds the repeated last byte.
+            writeBytesToFile(onDisk, NeqBytes(file.begin(), file.begin() + length));
+            EXPECT_GE(loadFaceIds(onDisk.c_str(), 2, ids), 0.0f);
+            EXPECT_EQ(exportColours(onDisk.c_str(), kOut).hostResult(), 0.0f);
+            ids = {4, 3, 4};
+            const float loaded = exportObj(onDisk.c_str(), kOut, ids).hostResult();
+            EXPECT_TRUE(loaded == 0.0f || loaded == -1.0f) << length << ": " << loaded;
+            if (length == file.size()) {
+                EXPECT_EQ(loaded, 0.0f);
+            }
         }
     }
 }

@@ -17,6 +17,13 @@ namespace {
 using meshfile::NeqBytes;
 using meshfile::NeqView;
 
+std::vector<std::string> namesOf(const meshfile::UVTileSet& tiles) {
+    std::vector<std::string> names;
+    for (const meshfile::UV_tile& tile : tiles)
+        names.push_back(tile.name);
+    return names;
+}
+
 std::uint32_t bitsOf(float value) {
     std::uint32_t bits;
     std::memcpy(&bits, &value, sizeof bits);
@@ -52,10 +59,8 @@ TEST(UvTiles, NamesAndByteStringOrder) {
     meshfile::TileCollector collector;
     for (const meshfile::TileKey key : {meshfile::TileKey{2, 0}, {10, 0}, {0, 0}, {-1, 0}, {2, 0}})
         collector.add(key);
-    std::vector<std::string> names;
-    for (const meshfile::UV_tile& tile : collector.tiles())
-        names.push_back(tile.name);
-    EXPECT_EQ(names, (std::vector<std::string>{"_u-1_v0", "_u0_v0", "_u10_v0", "_u2_v0"}));
+    EXPECT_EQ(namesOf(collector.tiles()),
+              (std::vector<std::string>{"_u-1_v0", "_u0_v0", "_u10_v0", "_u2_v0"}));
 }
 
 TEST(UvTiles, ScanUsesFirstPairAndReportsLastRecordsTile) {
@@ -74,10 +79,7 @@ TEST(UvTiles, ScanUsesFirstPairAndReportsLastRecordsTile) {
         const NeqBytes bytes = uvFile(c.records);
         const auto scan = meshfile::scanUvTiles(NeqView(bytes));
         ASSERT_TRUE(scan);
-        std::vector<std::string> names;
-        for (const meshfile::UV_tile& tile : scan->tiles)
-            names.push_back(tile.name);
-        EXPECT_EQ(names, c.tiles);
+        EXPECT_EQ(namesOf(scan->tiles), c.tiles);
         EXPECT_EQ(scan->lastTileName, c.last);
     }
 }
