@@ -2,8 +2,7 @@
 #include "command.h"
 
 #include "meshfile/neq_bytes.h"
-#include "meshfile/neq_format.h"
-#include "meshfile/obj_export.h"
+#include "meshfile/neq_inspect.h"
 #include "meshfile/obj_export_outcome.h"
 
 #include <cstdio>
@@ -13,7 +12,10 @@
 namespace neq::cli {
 namespace {
 
+using meshfile::BlockInfo;
+using meshfile::ChainInfo;
 using meshfile::NeqView;
+using meshfile::ObjLayoutInfo;
 
 const char kHelp[] =
     "usage: neqbridge info FILE [--json]\n"
@@ -46,137 +48,6 @@ const char kHelp[] =
     "             1 malformed or not readable, 2 wrong command line\n"
     "\n"
     "example: neqbridge info mesh.neq --json\n";
-
-struct BlockInfo {
-    std::uint64_t offset = 0;
-    // Nullopt for fields of a block header cut off by the end of the file.
-    std::optional<std::uint32_t> tag, length, count;
-    bool endOfChain = false;
-    std::vector<std::string> problems;
-};
-
-struct ChainInfo {
-    std::uint64_t size = 0;
-    std::vector<BlockInfo> blocks;
-    bool terminated = false;
-    std::uint64_t bytesAfterChain = 0;
-    std::vector<std::string> problems; // about the file as a whole
-
-    bool wellFormed() const {
-        if (!problems.empty()) return false;
-        for (const BlockInfo& block : blocks)
-            if (!block.problems.empty()) return false;
-        return true;
-    }
-};
-
-std::uint64_t recordSize(std::uint32_t tag) {
-    switch (tag) {
-    case meshfile::kVertexTag:
-        return meshfile::kVertexRecordSize;
-    case meshfile::kFaceTag:
-        return meshfile::kFaceRecordSize;
-    case meshfile::kUvTag:
-        return meshfile::kUvRecordSize;
-    case meshfile::kColourTag:
-        return meshfile::kColourRecordSize;
-    case meshfile::kGroupTag:
-        return meshfile::kGroupRecordSize;
-    default:
-        return 0;
-    }
-}
-
-std::string kindOf(const BlockInfo& block) {
-    if (block.endOfChain) return "end-of-chain";
-    return block.tag ? meshfile::blockKindName(*block.tag) : "unknown";
-}
-
-// Problems of one block whose tag and length could be read.
-void checkBlock(const NeqView& file, BlockInfo& block) {
-    const std::uint32_t length = *block.length;
-    const std::uint64_t left = file.size() - block.offset;
-    const std::uint64_t step = length == 0 ? meshfile::kBlockHeaderSize : length;
-    if (step > left)
-        block.problems.push_back("runs past the end of the file: " + std::to_string(step) +
-                                 " bytes, " + std::to_string(left) + " left");
-    if (length != 0 && length < meshfile::kBlockHeaderSize)
-        block.problems.push_back("length " + std::to_string(length) +
-                                 " is shorter than the 16-byte block header");
-    const std::uint64_t size = recordSize(*block.tag);
-    if (size == 0 || !block.count) return;
-    const std::uint64_t needed = meshfile::kBlockHeaderSize + *block.count * size;
-    // A length of 0 is fine for a block without records; readers skip it as 16 bytes.
-    if (needed != (length == 0 ? meshfile::kBlockHeaderSize : length))
-        block.problems.push_back("count " + std::to_string(*block.count) + " needs length " +
-                                 std::to_string(needed) + " (16 + " + std::to_string(*block.count) +
-                                 " x " + std::to_string(size) + "), but the length is " +
-                                 std::to_string(length));
-}
-
-// The walk of the readers, from offset 32 until the end-of-chain block or the end of
-// the file. Positions only grow (a step is at least 1), so it always ends.
-ChainInfo describeChain(const NeqView& file) {
-    ChainInfo chain;
-    chain.size = file.size();
-    if (file.size() < meshfile::kFileHeaderSize) {
-        chain.problems.push_back("the file is " + std::to_string(file.size()) +
-                                 " bytes, shorter than the 32-byte file header");
-        return chain;
-    }
-    std::uint64_t position = meshfile::kFileHeaderSize;
-    while (position < file.size()) {
-        BlockInfo block;
-        block.offset = position;
-        block.tag = file.u32(position);
-        block.length = file.u32(position + meshfile::kBlockLengthOffset);
-        block.count = file.u32(position + meshfile::kBlockCountOffset);
-        if (!file.fits(position, meshfile::kBlockHeaderSize))
-            block.problems.push_back("truncated block header: " +
-                                     std::to_string(file.size() - position) + " of 16 bytes");
-        block.endOfChain = block.tag == 0u && block.length == 0u;
-        if (block.tag && block.length && !block.endOfChain) checkBlock(file, block);
-        chain.blocks.push_back(block);
-        if (block.endOfChain || !block.length) {
-            chain.terminated = block.endOfChain;
-            break;
-        }
-        position += *block.length == 0 ? meshfile::kBlockHeaderSize : *block.length;
-    }
-    if (!chain.terminated) {
-        chain.problems.push_back("no end-of-chain block (16 zero bytes) before the end of the "
-                                 "file");
-    } else {
-        // Not a problem: readers never look past the end of the chain.
-        const std::uint64_t end = chain.blocks.back().offset + meshfile::kBlockHeaderSize;
-        chain.bytesAfterChain = end < file.size() ? file.size() - end : 0;
-    }
-    return chain;
-}
-
-// Files made for the OBJ export are not a chain the walk can follow (the export finds
-// its colour block by its own arithmetic), so they are checked as the export reads them.
-struct ObjLayoutInfo {
-    bool applies = false; // the file starts with a vertex block
-    std::optional<std::uint64_t> colourBlock, faceBlock;
-    std::optional<std::uint32_t> colourTag, faceTag;
-
-    bool ready() const {
-        return applies && colourTag == meshfile::kColourTag && faceTag == meshfile::kFaceTag;
-    }
-};
-
-ObjLayoutInfo describeObjLayout(const NeqView& file) {
-    ObjLayoutInfo info;
-    info.applies = file.u32(meshfile::kFirstBlockOffset) == meshfile::kVertexTag;
-    if (!info.applies) return info;
-    const meshfile::ObjExportLayout layout = meshfile::locateObjExportBlocks(file);
-    info.colourBlock = layout.colourBlock;
-    info.faceBlock = layout.faceBlock;
-    if (layout.colourBlock) info.colourTag = file.u32(*layout.colourBlock);
-    if (layout.faceBlock) info.faceTag = file.u32(*layout.faceBlock);
-    return info;
-}
 
 std::string describeExpected(const char* block, const std::optional<std::uint64_t>& offset,
                              const std::optional<std::uint32_t>& tag) {

@@ -27,6 +27,24 @@ constexpr std::size_t kUvRecordSize = 32;     // four (u, v) float pairs
 constexpr std::size_t kColourRecordSize = 4;  // blue, green, red, unused
 constexpr std::size_t kGroupRecordSize = 2;   // signed 16-bit group id
 
+// Record size of a block tag the library knows; 0 for any other tag.
+constexpr std::size_t recordSizeOf(std::uint32_t tag) {
+    switch (tag) {
+    case kVertexTag:
+        return kVertexRecordSize;
+    case kFaceTag:
+        return kFaceRecordSize;
+    case kUvTag:
+        return kUvRecordSize;
+    case kColourTag:
+        return kColourRecordSize;
+    case kGroupTag:
+        return kGroupRecordSize;
+    default:
+        return 0;
+    }
+}
+
 // Readers that are handed a file whose first block is the one they want.
 constexpr std::size_t kFirstBlockOffset = kFileHeaderSize;
 constexpr std::size_t kFirstBlockCountOffset = kFirstBlockOffset + kBlockCountOffset;
