@@ -1,17 +1,24 @@
 #include "foundation/number_format.h"
 
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 
 namespace neq {
 namespace {
 
-// 128-bit integers keep every step below exact: a float is m·2^e with m < 2^24, and
-// printf rounds that exact binary value, not an approximation of it.
-#if !defined(__SIZEOF_INT128__)
-#error "formatFloatG needs unsigned __int128 (GCC or clang on a 64-bit target)"
+// printf rounds the exact binary value m·2^e of a float (m < 2^24), not an
+// approximation of it. With 128-bit integers every step of that rounding is exact
+// integer arithmetic; targets without them (32-bit ones) let std::to_chars round, which
+// is exact too but about three times slower.
+#if defined(__SIZEOF_INT128__) && !defined(NEQBRIDGE_PORTABLE_FLOAT_FORMAT)
+#define NEQBRIDGE_FLOAT_FORMAT_INT128 1
+#else
+#define NEQBRIDGE_FLOAT_FORMAT_INT128 0
 #endif
+
+#if NEQBRIDGE_FLOAT_FORMAT_INT128
 __extension__ typedef unsigned __int128 Uint128;
 
 // 5^n for every n the conversion can need (n <= 50 for the smallest subnormal).
@@ -61,6 +68,8 @@ constexpr double kPow10[] = {
     1e16,  1e17,  1e18,  1e19,  1e20,  1e21,  1e22,  1e23,  1e24,  1e25,  1e26,  1e27,
     1e28,  1e29,  1e30,  1e31,  1e32,  1e33,  1e34,  1e35,  1e36,  1e37,  1e38,  1e39};
 
+#endif // NEQBRIDGE_FLOAT_FORMAT_INT128
+
 constexpr char kDigitPairs[] = "00010203040506070809"
                                "10111213141516171819"
                                "20212223242526272829"
@@ -85,6 +94,8 @@ struct SixDigits {
     std::uint32_t digits;
     int exponent;
 };
+
+#if NEQBRIDGE_FLOAT_FORMAT_INT128
 
 // floor(value / 2^shift) and whether rounding to nearest, ties to even, goes up.
 template <class Unsigned> std::uint64_t shiftRounded(Unsigned value, int shift, bool& roundUp) {
@@ -148,6 +159,24 @@ SixDigits roundToSixDigits(std::uint32_t m, int e, double magnitude) {
         }
     }
 }
+
+#else
+
+// Six significant digits as to_chars prints them in "d.ddddde±XX" form.
+SixDigits roundToSixDigits(std::uint32_t, int, double magnitude) {
+    char text[32];
+    const char* end =
+        std::to_chars(text, text + sizeof text, magnitude, std::chars_format::scientific, 5).ptr;
+    std::uint32_t digits = static_cast<std::uint32_t>(text[0] - '0');
+    for (int i = 2; i < 7; ++i)
+        digits = digits * 10 + static_cast<std::uint32_t>(text[i] - '0');
+    int exponent = 0;
+    for (const char* p = text + 9; p < end; ++p)
+        exponent = exponent * 10 + (*p - '0');
+    return {digits, text[8] == '-' ? -exponent : exponent};
+}
+
+#endif // NEQBRIDGE_FLOAT_FORMAT_INT128
 
 // Digits kept after trailing zeros are dropped from the pairs hh mm ll.
 int significantDigitCount(unsigned high, unsigned middle, unsigned low) {
