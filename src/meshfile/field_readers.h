@@ -30,4 +30,16 @@ inline float assembleF32(std::uint8_t b0, std::uint8_t b1, std::uint8_t b2, std:
     return value;
 }
 
+// The inverse, for the files the library writes: a value's bytes in file order.
+inline void storeU32(std::uint8_t* out, std::uint32_t value) {
+    for (int i = 0; i < 4; ++i)
+        out[i] = static_cast<std::uint8_t>(value >> (8 * i));
+}
+
+inline void storeF32(std::uint8_t* out, float value) {
+    std::uint32_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    storeU32(out, bits);
+}
+
 } // namespace neq::meshfile

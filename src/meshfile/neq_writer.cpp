@@ -1,5 +1,6 @@
 #include "meshfile/neq_writer.h"
 
+#include "meshfile/field_readers.h"
 #include "meshfile/neq_format.h"
 
 #include <cstdio>
@@ -12,14 +13,13 @@ namespace {
 constexpr std::uint32_t kSkippedTag = 15001;
 
 void putU32(NeqBytes& out, std::uint32_t value) {
-    for (int shift = 0; shift < 32; shift += 8)
-        out.push_back(static_cast<std::uint8_t>(value >> shift));
+    out.resize(out.size() + 4);
+    storeU32(out.data() + out.size() - 4, value);
 }
 
 void putF32(NeqBytes& out, float value) {
-    std::uint32_t bits;
-    std::memcpy(&bits, &value, sizeof bits);
-    putU32(out, bits);
+    out.resize(out.size() + 4);
+    storeF32(out.data() + out.size() - 4, value);
 }
 
 std::uint32_t count32(std::size_t n) {

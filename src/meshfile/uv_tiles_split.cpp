@@ -2,6 +2,7 @@
 
 #include "foundation/file_name_extract.h"
 #include "foundation/number_format.h"
+#include "meshfile/field_readers.h"
 #include "meshfile/neq_format.h"
 #include "meshfile/record_block.h"
 
@@ -17,18 +18,11 @@ constexpr std::size_t kPairsPerRecord = kUvRecordSize / kPairSize;
 constexpr std::size_t kPairsPerChunk = 64 * 1024;
 static_assert(kPairsPerChunk * kPairSize <= OutputFile::kDefaultBufferSize);
 
-void putFloat(std::uint8_t* out, float value) {
-    std::uint32_t bits;
-    std::memcpy(&bits, &value, sizeof bits);
-    for (int i = 0; i < 4; ++i)
-        out[i] = static_cast<std::uint8_t>(bits >> (8 * i));
-}
-
 // A pair outside the tile being written.
 const std::array<std::uint8_t, kPairSize> kOutsidePair = [] {
     std::array<std::uint8_t, kPairSize> pair{};
-    putFloat(pair.data(), -1.0f);
-    putFloat(pair.data() + 4, -1.0f);
+    storeF32(pair.data(), -1.0f);
+    storeF32(pair.data() + 4, -1.0f);
     return pair;
 }();
 
@@ -55,8 +49,8 @@ std::optional<UvTileSplit> UvTileSplit::plan(const NeqView& file) {
         // The first pair of a record decides the record's tile.
         if (pair % kPairsPerRecord == 0) collector.add(key);
         split.pairTile_[pair] = key.packed();
-        putFloat(split.pairLocal_[pair].data(), u.local);
-        putFloat(split.pairLocal_[pair].data() + 4, v.local);
+        storeF32(split.pairLocal_[pair].data(), u.local);
+        storeF32(split.pairLocal_[pair].data() + 4, v.local);
     }
     const UVTileSet tiles = collector.tiles();
     split.tiles_.assign(tiles.begin(), tiles.end());
