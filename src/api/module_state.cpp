@@ -4,4 +4,3 @@ DIR* folder = nullptr;
 std::set<std::string> nameSet;
 std::vector<std::string> UVTileStr;
 std::vector<std::uint32_t> faceID;
-timeval s_startTimeVal = {0, 0};

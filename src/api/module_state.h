@@ -5,9 +5,9 @@
 // time on the host's thread, so nothing here is locked.
 
 #include "foundation/export.h"
+#include "foundation/vd_time_start.h"
 
 #include <dirent.h>
-#include <sys/time.h>
 
 #include <cstdint>
 #include <set>
@@ -22,5 +22,4 @@ extern NEQBRIDGE_API std::set<std::string> nameSet;
 extern NEQBRIDGE_API std::vector<std::string> UVTileStr;
 // For each base face, how many subdivided faces come from it.
 extern NEQBRIDGE_API std::vector<std::uint32_t> faceID;
-// Start time stamp of the log service.
-extern NEQBRIDGE_API timeval s_startTimeVal;
+// s_startTimeVal, the log service's start time, comes from foundation/vd_time_start.h.

@@ -1,0 +1,15 @@
+#pragma once
+
+// The PATH entry of a NeQ_Config.txt file: an installed location, stored quoted.
+
+#include "foundation/vd_string.h"
+
+namespace neq::bridge {
+
+// The entry's value without its quotes; empty when the file or the entry is missing.
+// found, when given, tells whether a PATH line exists.
+VDString readPathEntry(const VDString& configFile, bool* found);
+// Writes "PATH = "path"" as the file's first line, creating the file (not its folder).
+bool writePathEntry(const VDString& configFile, const VDString& path);
+
+} // namespace neq::bridge

@@ -1,0 +1,75 @@
+#include "bridge/vd_neq.h"
+
+#include "bridge/path_entry.h"
+#include "bridge/shared_folder_names.h"
+
+using neq::bridge::loadedSharedFolderNames;
+using neq::bridge::readPathEntry;
+using neq::bridge::writePathEntry;
+
+// In dependency order; the builders below read the same names through
+// loadedSharedFolderNames(), so they work even before these are initialised.
+const VDString VDNeQ::s_publicFolder = loadedSharedFolderNames().publicFolder;
+const VDString VDNeQ::s_folderSeparator = loadedSharedFolderNames().folderSeparator;
+const VDString VDNeQ::s_NeQAppsFolder = loadedSharedFolderNames().appsFolder;
+const VDString VDNeQ::s_NeQBrushFolder = loadedSharedFolderNames().brushFolder;
+const VDString VDNeQ::s_NeQProjectsFolder = loadedSharedFolderNames().projectsFolder;
+const VDString VDNeQ::s_NeQDefaultProjectFolder = loadedSharedFolderNames().defaultProjectFolder;
+
+namespace {
+
+const char kConfigFile[] = "NeQ_Config.txt";
+
+VDString joined(const VDString& folder, const VDString& name) {
+    return folder + loadedSharedFolderNames().folderSeparator + name;
+}
+
+} // namespace
+
+VDString VDNeQ::getClayvoFile(const VDString& name) {
+    return joined(loadedSharedFolderNames().brushFolder, name);
+}
+
+VDString VDNeQ::getAppFolder(const VDString& app) {
+    return joined(loadedSharedFolderNames().appsFolder, app);
+}
+
+VDString VDNeQ::getAppFile(const VDString& app, const VDString& name) {
+    return joined(getAppFolder(app), name);
+}
+
+VDString VDNeQ::getDefaultProjectFile(const VDString& name) {
+    return joined(loadedSharedFolderNames().defaultProjectFolder, name);
+}
+
+VDString VDNeQ::getApplicationFile() {
+    return getClayvoFile(VDString("NeQ_Application.txt"));
+}
+
+VDString VDNeQ::getObjectListFile() {
+    return getClayvoFile(VDString("NeQ_ObjectList.txt"));
+}
+
+VDString VDNeQ::getProjectPathFile() {
+    return getClayvoFile(VDString("NeQ_ProjectPath.txt"));
+}
+
+VDString VDNeQ::getObjectPathFile() {
+    return getClayvoFile(VDString("NeQ_ObjectPath.txt"));
+}
+
+VDString VDNeQ::getClayvoPath() {
+    return readPathEntry(getClayvoFile(VDString(kConfigFile)), nullptr);
+}
+
+bool VDNeQ::setClayvoPath(const VDString& path) {
+    return writePathEntry(getClayvoFile(VDString(kConfigFile)), path);
+}
+
+VDString VDNeQ::readAppPath(const VDString& app, bool* found) {
+    return readPathEntry(getAppFile(app, VDString(kConfigFile)), found);
+}
+
+bool VDNeQ::writeAppPath(const VDString& app, const VDString& path) {
+    return writePathEntry(getAppFile(app, VDString(kConfigFile)), path);
+}

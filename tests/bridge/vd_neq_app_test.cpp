@@ -1,0 +1,180 @@
+#include "bridge/neq_app_keys.h"
+#include "bridge/vd_neq_app_parser.h"
+
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace neq::test {
+namespace {
+
+std::string str(const VDString& s) {
+    return s.c_str();
+}
+
+// A parser that has read text from a file.
+struct Parsed {
+    explicit Parsed(const std::string& text) {
+        writeFile(dir.file("app.txt"), text);
+        ok = parser.parseFile(dir.file("app.txt").c_str());
+    }
+    TempDir dir;
+    VDNeQAppParser parser;
+    bool ok = false;
+};
+
+TEST(NeQApp, ReadsTheDescriptionKeys) {
+    const Parsed p("NAME \"Maya\"\nNEQ_VERSION 2\nIMPORT_FLIP_Y True\nNORMAL_MAP_FLIP_XY 1\n");
+    EXPECT_TRUE(p.ok);
+    EXPECT_EQ(str(p.parser.m_name), "Maya");
+    EXPECT_EQ(p.parser.m_version, 2);
+    EXPECT_EQ(p.parser.m_flags, 0x00010000u | 0x00000002u);
+
+    const Parsed all("name: \"Blender 4\"\nExtension = .obj\nTAMPLATE \"t.ma\nLOCATE_COMMAND "
+                     "which blender\nINIT_COMMAND init \"a b\"\nEDIT_COMMAND edit\n"
+                     "NEQ_VERSION 3.9\nTEMPLATE ignored\n");
+    EXPECT_EQ(str(all.parser.m_name), "Blender 4");
+    EXPECT_EQ(str(all.parser.m_extension), ".obj");
+    EXPECT_EQ(str(all.parser.m_template), "t.ma");
+    EXPECT_EQ(str(all.parser.m_locateCommand), "which blender");
+    EXPECT_EQ(str(all.parser.m_initCommand), "init \"a b\"");
+    EXPECT_EQ(str(all.parser.m_editCommand), "edit");
+    EXPECT_EQ(all.parser.m_version, 3);
+    EXPECT_TRUE(all.parser.m_id.isEmpty());
+}
+
+TEST(NeQApp, EveryFlagKeySetsAndClearsItsOwnBit) {
+    std::uint32_t all = 0;
+    int flagKeys = 0;
+    for (const bridge::AppKey& key : bridge::kAppKeys) {
+        if (key.flag == 0) continue;
+        ++flagKeys;
+        EXPECT_EQ(all & key.flag, 0u) << key.key;
+        all |= key.flag;
+        const Parsed on(std::string(key.key) + " yes\n");
+        EXPECT_EQ(on.parser.m_flags, key.flag) << key.key;
+        const Parsed off(std::string(key.key) + " yes\n" + key.key + " #F\n");
+        EXPECT_EQ(off.parser.m_flags, 0u) << key.key;
+    }
+    EXPECT_EQ(flagKeys, 26);
+    EXPECT_EQ(all, 0x03FFFFFFu);
+
+    // A later line clears a bit an earlier one set; other bits stay.
+    const Parsed p("EXPORT_FLIP_X 1\nIMPORT_FLIP_X 1\nEXPORT_FLIP_X No\n");
+    EXPECT_EQ(p.parser.m_flags, 0x00000001u);
+}
+
+TEST(NeQApp, KeysAreRegisteredInTheFormatsOrder) {
+    const char* const expected[] = {"NAME",
+                                    "NEQ_VERSION",
+                                    "EXTENSION",
+                                    "TAMPLATE",
+                                    "LOCATE_COMMAND",
+                                    "INIT_COMMAND",
+                                    "EDIT_COMMAND",
+                                    "IMPORT_FLIP_X",
+                                    "IMPORT_FLIP_Y",
+                                    "IMPORT_FLIP_Z",
+                                    "EXPORT_FLIP_X",
+                                    "EXPORT_FLIP_Y",
+                                    "EXPORT_FLIP_Z",
+                                    "IMPORT_SWITCH_YZ",
+                                    "EXPORT_SWITCH_YZ",
+                                    "IMPORT_FLIP_NORMALS",
+                                    "EXPORT_FLIP_NORMALS",
+                                    "IMPORT_POLYGROUPS",
+                                    "IMPORT_MAT_AS_GROUPS",
+                                    "GROUP_NSIDED_POLYS",
+                                    "NORMAL_MAP_FLIP_X",
+                                    "NORMAL_MAP_FLIP_Y",
+                                    "NORMAL_MAP_FLIP_Z",
+                                    "NORMAL_MAP_FLIP_XY",
+                                    "NORMAL_MAP_FLIP_VERT",
+                                    "IMPORT_MFLIP_X",
+                                    "IMPORT_MFLIP_Y",
+                                    "IMPORT_MFLIP_Z",
+                                    "IMPORT_MSWITCH_YZ",
+                                    "EXPORT_MFLIP_X",
+                                    "EXPORT_MFLIP_Y",
+                                    "EXPORT_MFLIP_Z",
+                                    "EXPORT_MSWITCH_YZ"};
+    // The token list is last-in first-out: walking it gives the keys backwards.
+    VDNeQAppParser parser;
+    int i = 33;
+    for (const VDGenericConfigFileToken* t = parser.getParser().getTokens(); t; t = t->m_next) {
+        ASSERT_GT(i, 0);
+        EXPECT_EQ(str(t->m_keyword), expected[--i]);
+    }
+    EXPECT_EQ(i, 0);
+
+    // So the longer key wins over its prefix, in either case.
+    EXPECT_EQ(Parsed("normal_map_flip_xy: on\n").parser.m_flags, 0x00010000u);
+    EXPECT_EQ(Parsed("NORMAL_MAP_FLIP_X on\n").parser.m_flags, 0x00002000u);
+    EXPECT_EQ(Parsed("NORMAL_MAP_FLIP_VERT 1\n").parser.m_flags, 0x00020000u);
+    // A key that merely starts with a registered one goes to it, the rest as the value.
+    EXPECT_EQ(str(Parsed("NAMEPLATE x\n").parser.m_name), "PLATE x");
+}
+
+TEST(NeQApp, DefaultsComeBackBeforeEachParse) {
+    VDNeQAppParser parser;
+    EXPECT_EQ(parser.m_version, 1);
+    EXPECT_EQ(parser.m_flags, 0u);
+    TempDir dir;
+    writeFile(dir.file("a.txt"), "NAME A\nNEQ_VERSION 5\nIMPORT_FLIP_Z 1\n");
+    writeFile(dir.file("b.txt"), "EXTENSION .ma\n");
+    writeFile(dir.file("empty.txt"), "");
+    ASSERT_TRUE(parser.parseFile(dir.file("a.txt").c_str()));
+    ASSERT_TRUE(parser.parseFile(dir.file("b.txt").c_str()));
+    EXPECT_TRUE(parser.m_name.isEmpty());
+    EXPECT_EQ(str(parser.m_extension), ".ma");
+    EXPECT_EQ(parser.m_version, 1);
+    EXPECT_EQ(parser.m_flags, 0u);
+
+    // A missing or empty file leaves the record cleared; a key with nothing after its
+    // separators leaves the field as it was.
+    parser.m_name.set("kept");
+    EXPECT_FALSE(parser.parseFile(dir.file("empty.txt").c_str()));
+    EXPECT_TRUE(parser.m_name.isEmpty());
+    EXPECT_FALSE(parser.parseFile(dir.file("none.txt").c_str()));
+    EXPECT_EQ(str(Parsed("NAME x\nNAME :\nNEQ_VERSION =\n").parser.m_name), "x");
+    EXPECT_EQ(Parsed("NEQ_VERSION =\n").parser.m_version, 1);
+    EXPECT_EQ(Parsed("NAME x").parser.m_name, VDString()) << "an unterminated line is skipped";
+}
+
+TEST(NeQApp, CopiesAndHandlersWithoutARecord) {
+    VDNeQAppParser source;
+    source.m_id.set("maya");
+    source.m_name.set("Maya");
+    source.m_version = 7;
+    source.m_flags = 0x5;
+
+    VDNeQAppParser copy(source);
+    EXPECT_EQ(str(copy.m_id), "maya");
+    EXPECT_EQ(copy.m_version, 7);
+    EXPECT_EQ(copy.m_flags, 0x5u);
+    EXPECT_NE(copy.getParser().getTokens(), source.getParser().getTokens());
+    source.m_name.set("changed");
+    EXPECT_EQ(str(copy.m_name), "Maya");
+
+    VDNeQAppParser assigned;
+    const VDGenericConfigFileToken* ownTokens = assigned.getParser().getTokens();
+    assigned.m_extension.set(".x");
+    assigned = copy;
+    EXPECT_EQ(str(assigned.m_name), "Maya");
+    EXPECT_TRUE(assigned.m_extension.isEmpty());
+    EXPECT_EQ(assigned.getParser().getTokens(), ownTokens);
+
+    VDNeQApp record = copy;
+    record.clear();
+    EXPECT_TRUE(record.m_id.isEmpty());
+    EXPECT_EQ(record.m_version, 1);
+    EXPECT_EQ(record.m_flags, 0u);
+
+    for (const bridge::AppKey& key : bridge::kAppKeys)
+        key.handler("1", nullptr); // ignored, no crash
+}
+
+} // namespace
+} // namespace neq::test

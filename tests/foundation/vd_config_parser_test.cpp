@@ -1,0 +1,184 @@
+#include "foundation/vd_config_parser.h"
+
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace neq::test {
+namespace {
+
+using P = VDGenericConfigFileParser;
+
+// Handlers that record "KEYWORD=value" into a vector<string> context.
+template <const char* Name> void record(const char* value, void* context) {
+    static_cast<std::vector<std::string>*>(context)->push_back(std::string(Name) + "=" + value);
+}
+constexpr char kName[] = "NAME";
+constexpr char kNameX[] = "NAMEX";
+constexpr char kPath[] = "PATH";
+
+// The calls a parser with the given keywords makes on a file holding text.
+std::vector<std::string> dispatched(const std::string& text, bool nameXAfterName = true) {
+    TempDir dir;
+    writeFile(dir.file("c.txt"), text);
+    P parser;
+    if (nameXAfterName) {
+        parser.addToken("name", record<kName>);
+        parser.addToken("NameX", record<kNameX>);
+    } else {
+        parser.addToken("NameX", record<kNameX>);
+        parser.addToken("name", record<kName>);
+    }
+    parser.addToken("PATH", record<kPath>);
+    std::vector<std::string> calls;
+    EXPECT_TRUE(parser.parseFile(dir.file("c.txt").c_str(), &calls));
+    return calls;
+}
+
+using Calls = std::vector<std::string>;
+
+TEST(ConfigParser, MatchesKeywordsAsPrefixesNewestFirst) {
+    // Case-insensitive; any run of blanks, ":" and "=" separates; the line is trimmed.
+    EXPECT_EQ(dispatched("name: MyApp\n"), Calls{"NAME=MyApp"});
+    EXPECT_EQ(dispatched("  NAME =:\t My App  \t\n"), Calls{"NAME=My App"});
+    EXPECT_EQ(dispatched("path=/a b/c\n"), Calls{"PATH=/a b/c"});
+    // The newer keyword is tried first; with the order reversed the older one takes
+    // every line it prefixes, the rest of the key becoming the value.
+    EXPECT_EQ(dispatched("NAMEX 1\n"), Calls{"NAMEX=1"});
+    EXPECT_EQ(dispatched("NAMEX 1\n", false), Calls{"NAME=X 1"});
+    EXPECT_EQ(dispatched("NAMES are here\n"), Calls{"NAME=S are here"});
+    // Unknown keys, blank lines and comment-like lines go to nobody.
+    EXPECT_EQ(dispatched("# NAME x\n\n  \nNAM\nOTHER 3\n"), Calls{});
+    // A keyword followed only by separators is consumed without a call; a keyword that is
+    // the whole line calls its handler with the empty rest.
+    EXPECT_EQ(dispatched("NAME :=\nPATH\n"), Calls{"PATH="});
+}
+
+TEST(ConfigParser, DispatchesOnlyTerminatedLines) {
+    EXPECT_EQ(dispatched("NAME MyApp"), Calls{});
+    EXPECT_EQ(dispatched("NAME a\nPATH b"), Calls{"NAME=a"});
+    // "\r", "\r\n" and runs of terminators all end a line.
+    EXPECT_EQ(dispatched("NAME a\r\n\r\nPATH b\rNAME c\n\n"),
+              (Calls{"NAME=a", "PATH=b", "NAME=c"}));
+    // A NUL byte ends the text.
+    const char withNul[] = "NAME a\nPATH b\0\nNAME c\n";
+    EXPECT_EQ(dispatched(std::string(withNul, sizeof withNul - 1)), Calls{"NAME=a"});
+}
+
+TEST(ConfigParser, ParseFileIsFalseForMissingOrEmptyFiles) {
+    TempDir dir;
+    writeFile(dir.file("empty"), "");
+    P parser;
+    EXPECT_FALSE(parser.parseFile(dir.file("empty").c_str(), nullptr));
+    EXPECT_FALSE(parser.parseFile(dir.file("none").c_str(), nullptr));
+    EXPECT_FALSE(parser.parseFile(dir.path().c_str(), nullptr));
+    writeFile(dir.file("unterminated"), "x");
+    EXPECT_TRUE(parser.parseFile(dir.file("unterminated").c_str(), nullptr));
+}
+
+TEST(ConfigParser, CopiesKeepTheKeywordOrder) {
+    P parser;
+    parser.addToken("A", record<kName>);
+    parser.addToken("AB", record<kNameX>);
+    P copy(parser);
+    P assigned;
+    assigned.addToken("Z", record<kPath>);
+    assigned = parser;
+    for (const P* p : {&copy, &assigned}) {
+        const VDGenericConfigFileToken* token = p->getTokens();
+        ASSERT_NE(token, nullptr);
+        EXPECT_EQ(token->m_keyword, VDString("AB"));
+        ASSERT_NE(token->m_next, nullptr);
+        EXPECT_EQ(token->m_next->m_keyword, VDString("A"));
+        EXPECT_EQ(token->m_next->m_next, nullptr);
+        EXPECT_NE(token, parser.getTokens());
+    }
+}
+
+TEST(ConfigParser, LineHelpers) {
+    char text[] = "ab\r\n\ncd\n";
+    EXPECT_EQ(P::findEndOfLine(text), text + 2);
+    EXPECT_EQ(P::findNextLine(text), text + 5);
+    EXPECT_EQ(P::findNextLine(text + 5), nullptr);
+    EXPECT_EQ(P::findEndOfLine(text + 8), nullptr);
+    char unterminated[] = "ab";
+    EXPECT_EQ(P::findEndOfLine(unterminated), nullptr);
+    EXPECT_EQ(P::findNextLine(unterminated), nullptr);
+    EXPECT_EQ(P::findEndOfLine(nullptr), nullptr);
+    EXPECT_EQ(P::findNextLine(nullptr), nullptr);
+}
+
+struct Split {
+    bool ok;
+    std::string key;
+    std::string value;
+};
+
+Split split(const std::string& line) {
+    VDString key("old key");
+    VDString value("old value");
+    const bool ok = P::parseALine(line.data(), line.data() + line.size(), key, value);
+    return {ok, key.c_str(), value.c_str()};
+}
+
+TEST(ConfigParser, ParseALineSplitsAtTheFirstEquals) {
+    const Split cases[] = {{true, "PATH", "\"/a = b\""},
+                           {true, "My Key", "v"},
+                           {true, "KEY", ""},
+                           {true, "KEY", ""},
+                           {true, "a", "b=c"},
+                           {false, "old key", "old value"},
+                           {false, "old key", "old value"}};
+    const char* lines[] = {"  PATH = \"/a = b\" \r\n",
+                           "\tMy Key\t=\t v\t",
+                           "KEY",
+                           "KEY =  ",
+                           "a=b=c",
+                           "= value",
+                           " \t\r\n"};
+    for (int i = 0; i < 7; ++i) {
+        const Split got = split(lines[i]);
+        EXPECT_EQ(got.ok, cases[i].ok) << lines[i];
+        EXPECT_EQ(got.key, cases[i].key) << lines[i];
+        EXPECT_EQ(got.value, cases[i].value) << lines[i];
+    }
+}
+
+TEST(ConfigParser, ParamConversions) {
+    const std::pair<const char*, const char*> strings[] = {
+        {"\"Maya\"", "Maya"}, {"\"", ""},           {"\"\"", ""}, {"\"open", "open"},
+        {"plain", "plain"},   {"a\"b\"", "a\"b\""}, {"", ""},     {"\"a\"b\"", "a\"b"}};
+    for (const auto& [in, out] : strings)
+        EXPECT_EQ(std::string(P::paramToString(in).c_str()), out) << in;
+    EXPECT_TRUE(P::paramToString(nullptr).isEmpty());
+
+    for (const char* no : {"No", "NO", "0", "false", "#F", "#f"}) {
+        EXPECT_FALSE(P::paramToBool(no)) << no;
+        EXPECT_EQ(P::paramToBoolOrDefault(no), 0) << no;
+    }
+    for (const char* yes : {"yes", "1", "TRUE", "#t", "#T"}) {
+        EXPECT_TRUE(P::paramToBool(yes)) << yes;
+        EXPECT_EQ(P::paramToBoolOrDefault(yes), 1) << yes;
+    }
+    for (const char* other : {"maybe", "", "2", "no ", "00"}) {
+        EXPECT_TRUE(P::paramToBool(other)) << other;
+        EXPECT_EQ(P::paramToBoolOrDefault(other), -1) << other;
+    }
+
+    EXPECT_FLOAT_EQ(P::paramToFloat("2.5e1x"), 25.0f);
+    EXPECT_EQ(P::paramToFloat("abc"), 0.0f);
+    EXPECT_EQ(P::paramToFloat(nullptr), 0.0f);
+    EXPECT_EQ(P::paramToInt("2.9"), 2);
+    EXPECT_EQ(P::paramToInt("-2.9"), -2);
+    EXPECT_EQ(P::paramToInt(" 7"), 7);
+    EXPECT_EQ(P::paramToInt("x"), 0);
+    EXPECT_EQ(P::paramToInt("nan"), 0);
+    EXPECT_EQ(P::paramToInt("1e30"), 2147483647);
+    EXPECT_EQ(P::paramToInt("-inf"), -2147483647 - 1);
+}
+
+} // namespace
+} // namespace neq::test

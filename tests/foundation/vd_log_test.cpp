@@ -1,0 +1,97 @@
+#include "foundation/vd_log.h"
+#include "foundation/vd_time.h"
+#include "foundation/vd_time_start.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <string>
+
+namespace {
+
+std::string margin() {
+    return VDLogServer::m_curMarginOffsetString.c_str();
+}
+
+TEST(LogServer, MarginBookkeeping) {
+    VDLogServer::setMarginOffset(3);
+    EXPECT_EQ(VDLogServer::m_curMarginOffset, 3);
+    EXPECT_EQ(margin(), "      ");
+    VDLogServer::setMarginOffset(-4);
+    EXPECT_EQ(VDLogServer::m_curMarginOffset, 0);
+    EXPECT_TRUE(VDLogServer::m_curMarginOffsetString.isEmpty());
+    VDLogServer::decrMarginOffset(5);
+    EXPECT_EQ(VDLogServer::m_curMarginOffset, 0);
+    // Increasing by a negative amount is not clamped; the text stays empty.
+    VDLogServer::incrMarginOffset(-2);
+    EXPECT_EQ(VDLogServer::m_curMarginOffset, -2);
+    EXPECT_TRUE(VDLogServer::m_curMarginOffsetString.isEmpty());
+    VDLogServer::incrMarginOffset(3);
+    EXPECT_EQ(margin(), "  ");
+    // Huge steps neither overflow nor wrap.
+    VDLogServer::decrMarginOffset(INT_MIN);
+    EXPECT_GT(VDLogServer::m_curMarginOffset, 0);
+    VDLogServer::setMarginOffset(0);
+
+    // Inert output.
+    VDLogServer::printLine(VDString("%s"), "ignored");
+    VDLogServer::setLogFile(VDString("/nonexistent/log.txt"));
+    VDLogServer::showLogWindow(true);
+    VDLogServer::enableLogWindow(true);
+    VDLogServer::clear();
+    EXPECT_EQ(VDLogServer::m_curMarginOffset, 0);
+}
+
+TEST(LogServer, InitRecordsTheStartTime) {
+    s_startTimeVal = {0, 0};
+    VDLogServer::init(false);
+    EXPECT_TRUE(VDLogServer::m_initialized);
+    EXPECT_GT(s_startTimeVal.tv_sec, 0);
+}
+
+TEST(LogBloc, TitledBlocksWidenByTwoAndNarrowByTheirIncrement) {
+    VDLogServer::setMarginOffset(5);
+    {
+        VDLogBloc bloc;
+        bloc.start(VDString("title"), VDString("name"), 3);
+        EXPECT_EQ(VDLogServer::m_curMarginOffset, 7);
+        EXPECT_TRUE(bloc.isActive());
+        EXPECT_EQ(bloc.getTitle(), VDString("name"));
+        // A second start while active changes nothing.
+        bloc.start(10);
+        bloc.start(VDString("t"), VDString("other"), 9);
+        EXPECT_EQ(VDLogServer::m_curMarginOffset, 7);
+        EXPECT_EQ(bloc.getIncrement(), 3);
+    } // the destructor ends it
+    EXPECT_EQ(VDLogServer::m_curMarginOffset, 4);
+
+    VDLogBloc plain;
+    plain.start(4);
+    EXPECT_EQ(VDLogServer::m_curMarginOffset, 8);
+    EXPECT_TRUE(plain.getTitle().isEmpty());
+    plain.end();
+    plain.end();
+    EXPECT_EQ(VDLogServer::m_curMarginOffset, 4);
+    EXPECT_FALSE(plain.isActive());
+    EXPECT_EQ(plain.getIncrement(), 0);
+
+    // The end clamps at 0.
+    VDLogServer::setMarginOffset(0);
+    VDLogBloc big;
+    big.start(VDString(), VDString("b"), 9);
+    big.end();
+    EXPECT_EQ(VDLogServer::m_curMarginOffset, 0);
+}
+
+TEST(TimeService, ClockAndSleep) {
+    const int before = VDTimeService::getCurTimeInMS();
+    EXPECT_GE(before, 0);
+    volatile unsigned spin = 0;
+    for (int i = 0; i < 1000000; ++i)
+        spin = spin + 1;
+    EXPECT_GE(VDTimeService::getCurTimeInMS(), before);
+    VDTimeService::sleep(0);
+    VDTimeService::sleep(2);
+}
+
+} // namespace
