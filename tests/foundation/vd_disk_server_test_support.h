@@ -1,0 +1,54 @@
+#pragma once
+
+// Helpers shared by the disk server's tests.
+
+#include "foundation/vd_array.h"
+#include "foundation/vd_string.h"
+
+#include <sys/resource.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace neq::test {
+
+// The path as the host writes it, with a volume prefix the disk server must drop.
+inline VDString onVolume(const std::string& path) {
+    return VDString(("Macintosh HD:" + path).c_str());
+}
+
+inline VDString vd(const std::string& text) {
+    return VDString(text.c_str());
+}
+
+inline std::vector<std::string> strings(const VDArray<VDString>& found) {
+    std::vector<std::string> result;
+    for (const VDString& path : found)
+        result.emplace_back(path.c_str());
+    return result;
+}
+
+// The permission bits of path, as stat reports them.
+unsigned modeOf(const std::string& path);
+
+// What a forked child may change about itself before it runs its body.
+struct ChildSetup {
+    // Writes past this many bytes fail (SIGXFSZ is ignored, so write reports it).
+    std::optional<rlim_t> fileSizeLimit;
+    // Run as the unprivileged user kUnprivilegedUser when the tests run as root, so
+    // that permission bits apply.
+    bool unprivileged = false;
+};
+
+constexpr unsigned kUnprivilegedUser = 65534;
+
+// Runs body in a forked child and returns its result; a child that does not end
+// normally fails the test.
+bool runInChild(const ChildSetup& setup, const std::function<bool()>& body);
+
+// Lets the unprivileged child own and reach path (does nothing unless root).
+void handToUnprivilegedUser(const std::string& path);
+
+} // namespace neq::test
