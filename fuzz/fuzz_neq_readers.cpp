@@ -9,12 +9,11 @@
 #include "meshfile/uv_tiles.h"
 #include "meshfile/uv_tiles_split.h"
 
-#include <fcntl.h>
+#include "fuzz_input_file.h"
+
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -25,11 +24,8 @@ using namespace neq::meshfile;
 
 const char kOut[] = "/dev/null";
 
-// Scratch files live under $TMPDIR (scripts/fuzz points it into the build folder).
 std::string scratchPath(const char* suffix) {
-    const char* dir = std::getenv("TMPDIR");
-    return std::string(dir && *dir ? dir : "/tmp") + "/fuzz_neq_readers." +
-           std::to_string(::getpid()) + suffix;
+    return neq::fuzz::scratchPath("fuzz_neq_readers", suffix);
 }
 
 void faceIds(const char* path) {
@@ -77,33 +73,9 @@ void (*const kReaders[])(const char* path) = {
     faceIds, colours, objExport, uvTiles, uvSplit, groups,
 };
 
-// The input lives in a file the readers open by path. libFuzzer ends with _Exit, so the
-// file is unlinked as soon as it is created and reached through /proc/self/fd (Linux).
-int inputFile() {
-    static const int fd = [] {
-        const std::string path = scratchPath(".neq");
-        const int created = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-        if (created < 0) {
-            std::perror(path.c_str());
-            std::abort();
-        }
-        ::unlink(path.c_str());
-        return created;
-    }();
-    return fd;
-}
-
-const std::string& inputPath() {
-    static const std::string path = "/proc/self/fd/" + std::to_string(inputFile());
-    return path;
-}
-
-// Rewrites the input in place: truncating a file to zero before every write can cost
-// milliseconds on journaling file systems, which would starve the fuzzer.
-bool writeInput(const std::uint8_t* data, std::size_t size) {
-    const auto length = static_cast<ssize_t>(size);
-    return inputFile() >= 0 && ::pwrite(inputFile(), data, size, 0) == length &&
-           ::ftruncate(inputFile(), length) == 0;
+const neq::fuzz::InputFile& input() {
+    static const neq::fuzz::InputFile file(scratchPath(".neq"));
+    return file;
 }
 
 Mesh smallMesh(int size) {
@@ -136,8 +108,8 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (!writeInput(data, size)) return 0;
+    if (!input().write(data, size)) return 0;
     for (auto reader : kReaders)
-        reader(inputPath().c_str());
+        reader(input().path());
     return 0;
 }
