@@ -1,0 +1,72 @@
+#include "platform/process_run.h"
+
+#include "platform/process_output.h"
+#include "recording_tools.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+namespace neq::platform {
+namespace {
+
+using test::RecordingTools;
+
+TEST(ProcessRun, ArgumentsArriveVerbatimAndTheExitStatusDecides) {
+    RecordingTools tools;
+    tools.install("tool");
+    const std::vector<std::string> argv = {"tool", "", "two words", "\"q\" 'q' $(x) `x`; x\n", "-"};
+    EXPECT_TRUE(runProgram(argv));
+    EXPECT_EQ(tools.calls(), std::vector<std::vector<std::string>>{argv});
+
+    tools.install("tool", 1);
+    EXPECT_FALSE(runProgram({"tool"}));
+    tools.install("tool", 255);
+    EXPECT_FALSE(runProgram({"tool"}));
+    EXPECT_FALSE(runProgram({"absent"}));
+    EXPECT_FALSE(runProgram({}));
+    EXPECT_FALSE(runProgram({""}));
+
+    tools.install("tool", 0, "out\n");
+    EXPECT_EQ(runForOutput({"tool", "a"}), "out\n");
+    tools.install("tool", 2, "out\n");
+    EXPECT_EQ(runForOutput({"tool"}), std::nullopt);
+    EXPECT_EQ(runForOutput({"absent"}), std::nullopt);
+}
+
+// Runs body with this process's standard input reading a pipe that holds a line.
+template <class Body> void withInputWaiting(Body body) {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    ASSERT_EQ(::write(ends[1], "line\n", 5), 5);
+    const int saved = ::dup(STDIN_FILENO);
+    ::dup2(ends[0], STDIN_FILENO);
+    body();
+    ::dup2(saved, STDIN_FILENO);
+    for (int fd : {saved, ends[0], ends[1]})
+        ::close(fd);
+}
+
+TEST(ProcessRun, TheChildGetsNoInputAndDefaultSignals) {
+    test::TempDir dir;
+    const std::string reader = dir.file("reader");
+    test::writeShellScript(reader, "if read line; then exit 1; fi\n");
+    withInputWaiting([&] { EXPECT_TRUE(runProgram({reader})) << "the host's input leaked"; });
+
+    // Signals the host blocks or ignores are the child's to receive.
+    const std::string signalled = dir.file("signalled");
+    test::writeShellScript(signalled, "kill -$1 $$\nexit 0\n");
+    sigset_t usr1, before;
+    sigemptyset(&usr1);
+    sigaddset(&usr1, SIGUSR1);
+    ASSERT_EQ(::sigprocmask(SIG_BLOCK, &usr1, &before), 0);
+    const auto oldPipe = ::signal(SIGPIPE, SIG_IGN);
+    EXPECT_FALSE(runProgram({signalled, "USR1"}));
+    EXPECT_FALSE(runProgram({signalled, "PIPE"}));
+    ::signal(SIGPIPE, oldPipe);
+    ::sigprocmask(SIG_SETMASK, &before, nullptr);
+}
+
+} // namespace
+} // namespace neq::platform
