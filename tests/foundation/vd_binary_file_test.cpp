@@ -1,0 +1,287 @@
+#include "foundation/vd_binary_file.h"
+
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace neq::test {
+namespace {
+
+// The in-memory image of a value, as the file holds it.
+template <class T> std::string image(const T& value) {
+    return std::string(reinterpret_cast<const char*>(&value), sizeof value);
+}
+std::string count(int n) {
+    return image(n);
+}
+std::string zeros(int n) {
+    return std::string(static_cast<std::size_t>(n), '\0');
+}
+
+// What `write` puts in a fresh file.
+std::string written(const std::function<bool(VDBinaryFile&)>& write) {
+    TempDir dir;
+    VDBinaryFile file(VDString(dir.file("f").c_str()), "wb");
+    EXPECT_TRUE(write(file));
+    file.close();
+    return readFile(dir.file("f"));
+}
+
+VDBoolArray bitsOf(int n, std::initializer_list<int> set) {
+    VDBoolArray bits(n, false);
+    for (int i : set)
+        bits.set(i);
+    return bits;
+}
+
+TEST(BinaryFile, LayoutsByteForByte) {
+    EXPECT_EQ(written([](VDBinaryFile& f) { return f.write(VDArray<int>()); }), zeros(4));
+    EXPECT_EQ(written([](VDBinaryFile& f) {
+                  return f.write(VDArray<int>{-1, 7});
+              }),
+              count(2) + image(-1) + image(7));
+    EXPECT_EQ(written([](VDBinaryFile& f) { return f.write(VDArray<unsigned>{0xA0B0C0D0u}); }),
+              count(1) + image(0xA0B0C0D0u));
+    EXPECT_EQ(written([](VDBinaryFile& f) {
+                  return f.write(VDArray<unsigned char>{1, 2, 3, 4, 5});
+              }),
+              count(5) + "\x01\x02\x03\x04\x05" + zeros(3));
+    EXPECT_EQ(written([](VDBinaryFile& f) {
+                  return f.write(VDArray<unsigned char>{9, 8, 7, 6});
+              }),
+              count(4) + "\x09\x08\x07\x06");
+    EXPECT_EQ(written([](VDBinaryFile& f) {
+                  return f.write(VDArray<unsigned short>{0x0102, 0x0304, 0xFFFF});
+              }),
+              count(3) + image<unsigned short>(0x0102) + image<unsigned short>(0x0304) +
+                  "\xFF\xFF" + zeros(2));
+    const VDVector2f uv(0.5f, -2.0f);
+    const VDVector3f p(1.0f, 2.5f, -3.0f);
+    EXPECT_EQ(written([&](VDBinaryFile& f) { return f.write(VDArray<VDVector2f>{uv}); }),
+              count(1) + image(0.5f) + image(-2.0f));
+    EXPECT_EQ(written([&](VDBinaryFile& f) {
+                  return f.write(VDArray<VDVector3f>{p, p});
+              }),
+              count(2) + image(1.0f) + image(2.5f) + image(-3.0f) + image(1.0f) + image(2.5f) +
+                  image(-3.0f));
+    EXPECT_EQ(written([](VDBinaryFile& f) { return f.write(VDString("abc")); }),
+              count(4) + std::string("abc") + zeros(1));
+    EXPECT_EQ(written([](VDBinaryFile& f) { return f.write(VDString("abcd")); }),
+              count(5) + std::string("abcd") + zeros(4));
+    EXPECT_EQ(written([](VDBinaryFile& f) { return f.write(VDString()); }), count(1) + zeros(4));
+    EXPECT_EQ(written([](VDBinaryFile& f) { return f.write(VDString("")); }), count(1) + zeros(4));
+    EXPECT_EQ(written([](VDBinaryFile& f) {
+                  return f.write(bitsOf(10, {2, 9}));
+              }),
+              count(10) + std::string("\0\0\1\0\0\0\0\0\0\1", 10) + zeros(2));
+    EXPECT_EQ(written([](VDBinaryFile& f) { return f.write(VDBoolArray()); }), zeros(4));
+    EXPECT_EQ(written([](VDBinaryFile& f) { return f.writeAsciiString(VDString("ab c")); }),
+              "ab c");
+    EXPECT_EQ(written([](VDBinaryFile& f) { return f.writeAsciiString(VDString()); }), "");
+    EXPECT_EQ(written([](VDBinaryFile& f) { return f.write(-2) && f.write(1.5f); }),
+              image(-2) + image(1.5f));
+    // Pad bytes after n data bytes.
+    EXPECT_EQ(written([](VDBinaryFile& f) {
+                  return f.writeAlignData(0) && f.writeAlignData(1) && f.writeAlignData(6) &&
+                         f.writeAlignData(8);
+              }),
+              zeros(3 + 2));
+}
+
+TEST(BinaryFile, LittleEndianImagesOnTheX86Targets) {
+    if (image(1)[0] != '\1') GTEST_SKIP() << "big-endian host";
+    EXPECT_EQ(written([](VDBinaryFile& f) { return f.write(VDString("abc")); }),
+              std::string("\4\0\0\0abc\0", 8));
+    EXPECT_EQ(written([](VDBinaryFile& f) { return f.write(1.0f); }),
+              std::string("\0\0\x80\x3F", 4));
+}
+
+// One of every layout, written in order, with where each ends in the file.
+struct Sample {
+    VDArray<int> ints{3, -4, 5};
+    VDArray<unsigned int> uints{0xFFFFFFFFu};
+    VDArray<VDVector2f> uvs{{0.25f, 0.75f}, {-1.0f, 2.0f}};
+    VDArray<VDVector3f> points{{1.0f, -1.0f, 0.5f}};
+    VDArray<unsigned short> shorts{1, 65535, 3};
+    VDArray<unsigned char> bytes{7, 0, 9, 250, 1};
+    VDString text{"hello"};
+    VDBoolArray bits = bitsOf(13, {0, 5, 12});
+};
+
+TEST(BinaryFile, RoundTripOfEveryLayout) {
+    TempDir dir;
+    const VDString path(dir.file("f").c_str());
+    const Sample in;
+    {
+        VDBinaryFile out(path, "wb");
+        ASSERT_TRUE(out.isOpen());
+        EXPECT_TRUE(out.write(42) && out.write(-0.5f) && out.write(in.ints) &&
+                    out.write(in.uints) && out.write(in.uvs) && out.write(in.points) &&
+                    out.write(in.shorts) && out.write(in.bytes) && out.write(in.text) &&
+                    out.write(in.bits) && out.write(VDString()));
+    }
+    VDBinaryFile file(path, "rb");
+    Sample got;
+    got.text.clear();
+    got.bits.clearArray();
+    int i = 0;
+    float f = 0;
+    VDString empty("not empty");
+    EXPECT_TRUE(file.read(i) && file.read(f) && file.read(got.ints) && file.read(got.uints) &&
+                file.read(got.uvs) && file.read(got.points) && file.read(got.shorts) &&
+                file.read(got.bytes) && file.read(got.text) && file.read(got.bits) &&
+                file.read(empty));
+    EXPECT_EQ(i, 42);
+    EXPECT_EQ(f, -0.5f);
+    EXPECT_EQ(got.ints, in.ints);
+    EXPECT_EQ(got.uints, in.uints);
+    EXPECT_EQ(got.uvs, in.uvs);
+    EXPECT_EQ(got.points, in.points);
+    EXPECT_EQ(got.shorts, in.shorts);
+    EXPECT_EQ(got.bytes, in.bytes);
+    EXPECT_EQ(got.text, in.text);
+    EXPECT_TRUE(got.bits == in.bits);
+    EXPECT_TRUE(empty.isEmpty());
+    // At the end of the file.
+    EXPECT_FALSE(file.read(i));
+    EXPECT_FALSE(file.read(got.ints));
+    EXPECT_TRUE(got.ints.empty());
+}
+
+TEST(BinaryFile, StringsEndAtTheirFirstZeroByte) {
+    TempDir dir;
+    writeFile(dir.file("f"), count(4) + std::string("a\0bc", 4) + count(0));
+    VDBinaryFile file(VDString(dir.file("f").c_str()), "rb");
+    VDString text("x");
+    EXPECT_TRUE(file.read(text));
+    EXPECT_EQ(text, VDString("a"));
+    // A zero count is an empty string with no data and no pad.
+    EXPECT_TRUE(file.read(text));
+    EXPECT_TRUE(text.isEmpty());
+}
+
+// Reads one array of T from bytes; the target starts non-empty.
+template <class T> bool readArrayFrom(const std::string& bytes, VDArray<T>& target) {
+    TempDir dir;
+    writeFile(dir.file("f"), bytes);
+    VDBinaryFile file(VDString(dir.file("f").c_str()), "rb");
+    target.assign(1, T());
+    target.shrink_to_fit();
+    target.clear();
+    target.shrink_to_fit();
+    return file.read(target);
+}
+
+TEST(BinaryFile, CountsBeyondTheFileAreRefusedBeforeAnyAllocation) {
+    VDArray<VDVector3f> points;
+    for (int hostile : {-1, -2147483647 - 1, 2147483647, 2, 1 << 28}) {
+        EXPECT_FALSE(readArrayFrom(count(hostile) + zeros(12), points)) << hostile;
+        EXPECT_EQ(points.capacity(), 0u) << hostile;
+    }
+    // Exactly enough bytes left is fine; one short is not.
+    EXPECT_TRUE(readArrayFrom(count(2) + zeros(24), points));
+    EXPECT_EQ(points.size(), 2u);
+    EXPECT_FALSE(readArrayFrom(count(2) + zeros(23), points));
+    EXPECT_EQ(points.capacity(), 0u);
+    VDArray<unsigned short> shorts;
+    EXPECT_FALSE(readArrayFrom(count(0x40000000) + zeros(8), shorts));
+    EXPECT_EQ(shorts.capacity(), 0u);
+
+    VDString text("kept?");
+    for (const std::string& bytes : {count(2147483647) + "abc", count(-5) + zeros(8)}) {
+        TempDir dir;
+        writeFile(dir.file("f"), bytes);
+        VDBinaryFile file(VDString(dir.file("f").c_str()), "rb");
+        EXPECT_FALSE(file.read(text));
+        EXPECT_TRUE(text.isEmpty());
+    }
+    for (const std::string& bytes : {count(-1) + zeros(8), count(9) + std::string(8, '\1')}) {
+        TempDir dir;
+        writeFile(dir.file("f"), bytes);
+        VDBinaryFile file(VDString(dir.file("f").c_str()), "rb");
+        VDBoolArray bits = bitsOf(3, {1});
+        EXPECT_FALSE(file.read(bits));
+        EXPECT_EQ(bits.getSize(), 0);
+    }
+}
+
+// Truncated at every byte, each read stops at the first layout that is cut: its target
+// is empty when its data is cut, or complete when only its pad is.
+TEST(BinaryFile, FilesTruncatedAtEveryByte) {
+    TempDir dir;
+    const VDString path(dir.file("f").c_str());
+    const Sample in;
+    {
+        VDBinaryFile out(path, "wb");
+        ASSERT_TRUE(out.write(in.shorts) && out.write(in.text) && out.write(in.bits) &&
+                    out.write(in.uvs));
+    }
+    // Where each layout's data ends (count included), and where its pad ends.
+    const long dataEnds[] = {4 + 6, 12 + 4 + 6, 24 + 4 + 13, 44 + 4 + 16};
+    const long ends[] = {12, 24, 44, 64};
+    const std::string whole = readFile(dir.file("f"));
+    ASSERT_EQ(whole.size(), 64u);
+    for (std::size_t cut = 0; cut <= whole.size(); ++cut) {
+        writeFile(dir.file("cut"), whole.substr(0, cut));
+        VDBinaryFile file(VDString(dir.file("cut").c_str()), "rb");
+        Sample got;
+        got.text.clear();
+        got.bits.clearArray();
+        // Each read: its result, whether it left data in its target, and that data's match.
+        const std::function<bool()> reads[] = {
+            [&] { return file.read(got.shorts); }, [&] { return file.read(got.text); },
+            [&] { return file.read(got.bits); }, [&] { return file.read(got.uvs); }};
+        const std::function<bool()> filled[] = {
+            [&] { return !got.shorts.empty(); }, [&] { return !got.text.isEmpty(); },
+            [&] { return got.bits.getSize() > 0; }, [&] { return !got.uvs.empty(); }};
+        // The reads stop at the first failure: after it the stream is out of step.
+        const long at = static_cast<long>(cut);
+        for (std::size_t k = 0; k < 4; ++k) {
+            const bool whole = at >= ends[k];
+            EXPECT_EQ(reads[k](), whole) << "cut " << cut << " layout " << k;
+            EXPECT_EQ(filled[k](), at >= dataEnds[k]) << "cut " << cut << " layout " << k;
+            if (!whole) break;
+        }
+        EXPECT_TRUE(at < dataEnds[1] || got.text == in.text) << "cut " << cut;
+        EXPECT_TRUE(at < dataEnds[2] || got.bits == in.bits) << "cut " << cut;
+    }
+}
+
+TEST(BinaryFile, NothingHappensWithoutAnOpenFile) {
+    VDBinaryFile file;
+    EXPECT_FALSE(file.isOpen());
+    int i = 5;
+    float f = 2.0f;
+    VDArray<int> ints{1, 2};
+    VDString text("t");
+    VDBoolArray bits = bitsOf(4, {3});
+    EXPECT_FALSE(file.read(i) || file.read(f) || file.read(ints) || file.read(text) ||
+                 file.read(bits) || file.write(1) || file.write(1.0f) || file.write(ints) ||
+                 file.write(text) || file.write(bits) || file.writeAsciiString(text) ||
+                 file.readAlignData(1) || file.writeAlignData(1));
+    EXPECT_EQ(i, 5);
+    EXPECT_EQ(f, 2.0f);
+    EXPECT_EQ(ints.size(), 2u);
+    EXPECT_EQ(text, VDString("t"));
+    EXPECT_EQ(bits.getSize(), 4);
+
+    TempDir dir;
+    EXPECT_FALSE(file.open(VDString(dir.file("missing").c_str()), "rb"));
+    writeFile(dir.file("a"), image(11));
+    writeFile(dir.file("b"), image(22));
+    EXPECT_TRUE(file.open(VDString(dir.file("a").c_str()), "rb"));
+    EXPECT_TRUE(file.open(VDString(dir.file("b").c_str()), "rb"));
+    EXPECT_TRUE(file.read(i));
+    EXPECT_EQ(i, 22);
+    file.close();
+    EXPECT_FALSE(file.read(i));
+    file.close();
+}
+
+} // namespace
+} // namespace neq::test
