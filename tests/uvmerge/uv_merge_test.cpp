@@ -1,0 +1,188 @@
+#include "uvmerge/vd_uv_merge_algo.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace {
+
+using Uvs = VDArray<VDVector2f>;
+using Ints = VDArray<int>;
+
+// The weld done the plain way: per-corner values, a linked list of corners per vertex
+// (pushed at the front, so each list runs from the highest corner down), and every
+// unnumbered corner compared with all the later ones of its list.
+bool modelMerge(Uvs& uvs, Ints& uvIndices, const Ints& vertIndices, int nbVertices) {
+    if (uvs.empty() || vertIndices.empty()) return false;
+    const int n = static_cast<int>(vertIndices.size());
+    if (nbVertices < 0) {
+        int maximum = -1;
+        for (int v : vertIndices)
+            maximum = std::max(maximum, v);
+        nbVertices = maximum + 1;
+    }
+    Uvs perCorner(n);
+    if (!uvIndices.empty()) {
+        for (int i = 0; i < n; ++i)
+            if (uvIndices[i] >= 0) perCorner[i] = uvs[uvIndices[i]];
+    } else {
+        perCorner.assign(uvs.begin(), uvs.begin() + n);
+    }
+    std::vector<int> head(nbVertices, -1), next(n, -1);
+    for (int i = 0; i < n; ++i) {
+        const int v = vertIndices[i];
+        if (v < 0) continue;
+        next[i] = head[v];
+        head[v] = i;
+    }
+    uvIndices.reinit(n, -1);
+    int k = 0;
+    for (int v = 0; v < nbVertices; ++v)
+        for (int c = head[v]; c >= 0; c = next[c]) {
+            if (uvIndices[c] != -1) continue;
+            uvIndices[c] = k;
+            for (int d = next[c]; d >= 0; d = next[d])
+                if (perCorner[d] == perCorner[c]) uvIndices[d] = k;
+            ++k;
+        }
+    Uvs merged(k);
+    for (int i = 0; i < n; ++i)
+        if (uvIndices[i] >= 0) merged[uvIndices[i]] = perCorner[i];
+    uvs.swap(merged);
+    return true;
+}
+
+std::vector<std::uint32_t> bitsOf(const Uvs& uvs) {
+    std::vector<std::uint32_t> bits(uvs.size() * 2);
+    if (!uvs.empty()) std::memcpy(bits.data(), uvs.data(), bits.size() * 4);
+    return bits;
+}
+
+struct Case {
+    Uvs uvs;
+    Ints uvIndices;
+    Ints vertIndices;
+    int nbVertices;
+};
+
+// Runs the library and the model on copies and compares results bit for bit.
+void expectSameAsModel(const Case& c, int seed) {
+    Case mine = c, model = c;
+    const bool ok =
+        VDUVMergeAlgo::mergeUVs(mine.uvs, mine.uvIndices, mine.vertIndices, mine.nbVertices);
+    const bool modelOk =
+        modelMerge(model.uvs, model.uvIndices, model.vertIndices, model.nbVertices);
+    ASSERT_EQ(ok, modelOk) << "seed " << seed;
+    EXPECT_EQ(bitsOf(mine.uvs), bitsOf(model.uvs)) << "seed " << seed;
+    EXPECT_EQ(mine.uvIndices, model.uvIndices) << "seed " << seed;
+}
+
+// A few hundred corners over a few vertices, values from a small pool so that many are
+// equal: repeated values, both zeros, NaNs, values one ulp apart; negative UV indices,
+// filler corners, both input forms, given and computed vertex counts, and now and then
+// one vertex with far more corners than any real mesh has.
+Case randomCase(std::mt19937& random) {
+    const float kNaN = std::numeric_limits<float>::quiet_NaN();
+    const float pool[] = {0.0f, -0.0f, 0.5f, 0.25f, std::nextafter(0.25f, 1.0f),
+                          kNaN, -kNaN, 1.0f, -3.5f, std::numeric_limits<float>::infinity()};
+    auto pick = [&](int n) { return std::uniform_int_distribution<int>(0, n - 1)(random); };
+    Case c;
+    const int corners = 1 + pick(300);
+    const int vertices = 1 + pick(pick(4) == 0 ? 3 : 40);
+    const int values = 1 + pick(40);
+    for (int i = 0; i < values; ++i)
+        c.uvs.push_back({pool[pick(10)], pool[pick(10)]});
+    const bool perCorner = pick(4) == 0;
+    for (int i = 0; i < corners; ++i) {
+        c.vertIndices.push_back(pick(8) == 0 ? -1 - pick(3) : pick(vertices));
+        if (!perCorner) c.uvIndices.push_back(pick(8) == 0 ? -1 - pick(5) : pick(values));
+    }
+    if (perCorner)
+        while (static_cast<int>(c.uvs.size()) < corners + pick(3))
+            c.uvs.push_back({pool[pick(10)], pool[pick(10)]});
+    c.nbVertices = pick(2) == 0 ? -1 : vertices + pick(3);
+    return c;
+}
+
+TEST(UvMerge, MatchesThePlainWeldOnRandomMeshes) {
+    std::mt19937 random(20240610);
+    for (int seed = 0; seed < 3000; ++seed)
+        expectSameAsModel(randomCase(random), seed);
+}
+
+TEST(UvMerge, NumbersByVertexThenByDescendingCorner) {
+    // One quad, vertices 0..3, UVs given in reverse order: the output follows the
+    // vertices.
+    Uvs uvs = {{0.0f, 0.3f}, {0.0f, 0.2f}, {0.0f, 0.1f}, {0.0f, 0.0f}};
+    Ints uvIndices = {3, 2, 1, 0};
+    ASSERT_TRUE(VDUVMergeAlgo::mergeUVs(uvs, uvIndices, {0, 1, 2, 3}, 4));
+    EXPECT_EQ(uvIndices, (Ints{0, 1, 2, 3}));
+    EXPECT_EQ(uvs, (Uvs{{0.0f, 0.0f}, {0.0f, 0.1f}, {0.0f, 0.2f}, {0.0f, 0.3f}}));
+
+    // Vertex 0 has corners 0, 2, 4: the highest corner is met first and owns number 0.
+    uvs = {{1, 1}, {2, 2}, {3, 3}, {2, 2}, {1, 1}};
+    uvIndices.clear(); // one value per corner
+    ASSERT_TRUE(VDUVMergeAlgo::mergeUVs(uvs, uvIndices, {0, 1, 0, 1, 0}, -1));
+    EXPECT_EQ(uvIndices, (Ints{0, 2, 1, 2, 0}));
+    EXPECT_EQ(uvs, (Uvs{{1, 1}, {3, 3}, {2, 2}}));
+}
+
+TEST(UvMerge, EqualityIsExactAndPerVertex) {
+    const float kNaN = std::numeric_limits<float>::quiet_NaN();
+    Uvs uvs = {{0.5f, 0.25f}, {0.5f, 0.25f}, {0.5f, 0.2500001f},
+               {0.5f, 0.25f}, {kNaN, 0},     {kNaN, 0}};
+    Ints uvIndices;
+    // Corners 0, 1 share; 2 is one ulp off; 3 is on another vertex; NaNs never share.
+    ASSERT_TRUE(VDUVMergeAlgo::mergeUVs(uvs, uvIndices, {0, 0, 0, 1, 2, 2}, -1));
+    EXPECT_EQ(uvIndices, (Ints{1, 1, 0, 2, 4, 3}));
+    EXPECT_EQ(uvs.size(), 5u);
+
+    // A filler corner ends at -1 and adds nothing; a negative UV index reads as (0, 0)
+    // and joins the (0, 0) of its vertex.
+    uvs = {{0, 0}, {0.75f, 0}};
+    uvIndices = {0, -1, 1, -5};
+    ASSERT_TRUE(VDUVMergeAlgo::mergeUVs(uvs, uvIndices, {0, 0, -1, 1}, -1));
+    EXPECT_EQ(uvIndices, (Ints{0, 0, -1, 1}));
+    EXPECT_EQ(uvs, (Uvs{{0, 0}, {0, 0}}));
+
+    // No vertex at all: every corner a filler; still a success.
+    uvs = {{1, 2}};
+    uvIndices = {0, 0};
+    ASSERT_TRUE(VDUVMergeAlgo::mergeUVs(uvs, uvIndices, {-1, -3}, -1));
+    EXPECT_EQ(uvIndices, (Ints{-1, -1}));
+    EXPECT_TRUE(uvs.empty());
+}
+
+TEST(UvMerge, RefusesWithoutTouchingItsArguments) {
+    const Uvs uvs = {{1, 2}, {3, 4}};
+    const Ints uvIndices = {0, 1, 1};
+    const Ints vertIndices = {0, 1, 2};
+    const struct {
+        Uvs uvs;
+        Ints uvIndices;
+        Ints vertIndices;
+        int nbVertices;
+    } kRefused[] = {
+        {{}, uvIndices, vertIndices, -1},  // no UVs
+        {uvs, uvIndices, {}, -1},          // no corners
+        {uvs, {0, 2, 1}, vertIndices, -1}, // UV index past the list
+        {uvs, {0, 1}, vertIndices, -1},    // not one UV index per corner
+        {uvs, {}, vertIndices, -1},        // too few per-corner UVs
+        {uvs, uvIndices, {0, 3, 1}, 3},    // vertex at the given count
+        {uvs, uvIndices, {0, std::numeric_limits<int>::max(), 1}, -1}, // count not an int
+    };
+    for (const auto& refused : kRefused) {
+        Uvs u = refused.uvs;
+        Ints i = refused.uvIndices;
+        EXPECT_FALSE(VDUVMergeAlgo::mergeUVs(u, i, refused.vertIndices, refused.nbVertices));
+        EXPECT_EQ(u, refused.uvs);
+        EXPECT_EQ(i, refused.uvIndices);
+    }
+}
+
+} // namespace
