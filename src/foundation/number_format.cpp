@@ -95,8 +95,6 @@ struct SixDigits {
     int exponent;
 };
 
-#if NEQBRIDGE_FLOAT_FORMAT_INT128
-
 // floor(value / 2^shift) and whether rounding to nearest, ties to even, goes up.
 template <class Unsigned> std::uint64_t shiftRounded(Unsigned value, int shift, bool& roundUp) {
     if (shift <= 0) {
@@ -109,6 +107,8 @@ template <class Unsigned> std::uint64_t shiftRounded(Unsigned value, int shift, 
     roundUp = rest > half || (rest == half && (quotient & 1) != 0);
     return static_cast<std::uint64_t>(quotient);
 }
+
+#if NEQBRIDGE_FLOAT_FORMAT_INT128
 
 // floor(numerator / denominator), rounding as above.
 template <class Unsigned>
@@ -305,21 +305,66 @@ char* writeDecimal(char* out, std::uint64_t value) {
                             static_cast<std::uint32_t>(value - upper * 100000000));
 }
 
-} // namespace
-
-char* formatFloatG(char* out, float value) {
+// Writes the sign of a negative value, and the whole text of an infinity or a NaN
+// (returning true). Otherwise |value| = m·2^e with m < 2^24; m is 0 for both zeros.
+bool writeSignOrSpecial(char*& out, float value, std::uint32_t& m, int& e) {
     std::uint32_t bits;
     std::memcpy(&bits, &value, sizeof bits);
     if (bits >> 31) *out++ = '-';
     const std::uint32_t biasedExponent = (bits >> 23) & 0xFF;
     const std::uint32_t fraction = bits & 0x7FFFFF;
-    if (biasedExponent == 0xFF) return writeText(out, fraction != 0 ? "nan" : "inf");
-    std::uint32_t m = fraction;
-    int e = -149; // subnormal: no implicit leading bit
+    if (biasedExponent == 0xFF) {
+        out = writeText(out, fraction != 0 ? "nan" : "inf");
+        return true;
+    }
+    m = fraction;
+    e = -149; // subnormal: no implicit leading bit
     if (biasedExponent != 0) {
         m |= 0x800000;
         e = static_cast<int>(biasedExponent) - 150;
-    } else if (fraction == 0) {
+    }
+    return false;
+}
+
+// Five decimals of a float m·2^e computed exactly in 64 bits: m·10^5 = m·5^5·2^5 is
+// below 2^36, so every exponent up to kMaxFixed5Exponent leaves the scaled value below
+// 2^63; larger floats (from about 7e13 on) go through std::to_chars, which is exact too.
+constexpr int kMaxFixed5Exponent = 22;
+
+char* writeFixed5Large(char* out, float magnitude) {
+    char* const limit = out + kMaxFloatFixed5Chars;
+    return std::to_chars(out, limit, static_cast<double>(magnitude), std::chars_format::fixed, 5)
+        .ptr;
+}
+
+} // namespace
+
+char* formatFloatFixed5(char* out, float value) {
+    std::uint32_t m;
+    int e;
+    if (writeSignOrSpecial(out, value, m, e)) return out;
+    if (e > kMaxFixed5Exponent) return writeFixed5Large(out, std::fabs(value));
+    // value·10^5 = m·5^5·2^(e+5), rounded to an integer, ties to even.
+    const std::uint64_t scaled = m * std::uint64_t{3125};
+    const int shift = e + 5;
+    std::uint64_t hundredThousandths = 0;
+    if (shift > -40) { // below that, scaled < 2^36 is under half a unit: 0
+        bool roundUp = false;
+        hundredThousandths = shiftRounded(scaled, -shift, roundUp) + roundUp;
+    }
+    const std::uint64_t whole = hundredThousandths / 100000;
+    out = writeDecimal(out, whole);
+    *out++ = '.';
+    const auto decimals = static_cast<std::uint32_t>(hundredThousandths - whole * 100000);
+    // Five digits with leading zeros: the first of decimals / 10^4, then two pairs.
+    return writeFixed(out, decimals * std::uint64_t{429497}, 2);
+}
+
+char* formatFloatG(char* out, float value) {
+    std::uint32_t m;
+    int e;
+    if (writeSignOrSpecial(out, value, m, e)) return out;
+    if (m == 0) {
         *out = '0';
         return out + 1;
     }

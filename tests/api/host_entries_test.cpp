@@ -11,7 +11,7 @@ TEST(HostEntries, EveryEntryResolvesByItsPlainNameAndInternalsStayHidden) {
     for (const char* name :
          {"Version", "addBlendFile", "endBlendFile", "clearUVString", "ClearNameSet", "CheckName",
           "OpenFolder", "GetFile", "CloseFolder", "SetFolder", "FileDelete", "GetPublicFolder",
-          "CreateFolder", "AddFile"})
+          "CreateFolder", "AddFile", "NeQMergeUVs"})
         EXPECT_NE(library.entry(name), nullptr) << name;
     // The module state is exported as data; the two string containers carry the
     // library ABI tag in their names.

@@ -74,7 +74,7 @@ TEST(NumberFormat, FloatGoldens) {
 // Over a million values: random bit patterns, mesh-like decimals, sixth-digit ties and
 // their neighbours, ulps around powers of ten (notation switches, exponent carries),
 // whole numbers, subnormals and the specials.
-TEST(NumberFormat, FloatMatchesPrintf) {
+std::vector<float> millionFloats() {
     std::mt19937 random(20261121);
     std::uniform_int_distribution<std::uint32_t> anyBits;
     std::uniform_int_distribution<int> digitCount(1, 8), fractionDigits(0, 6);
@@ -114,8 +114,59 @@ TEST(NumberFormat, FloatMatchesPrintf) {
     for (std::uint32_t bits : {1u, 2u, 0x7FFFFFu, 0x800000u, 0x7F800000u, 0xFF800000u, 0x7FC00000u,
                                0xFFC00000u, 0x7F800001u, 0xFF800001u, 0x7FFFFFFFu, 0xFFFFFFFFu})
         values.push_back(floatFromBits(bits));
+    return values;
+}
+
+TEST(NumberFormat, FloatMatchesPrintf) {
+    const std::vector<float> values = millionFloats();
     ASSERT_GE(values.size(), 1000000u);
     expectSameAsPrintf(values, formatG, "%g");
+}
+
+std::string formatFixed5(float value) {
+    char text[neq::kMaxFloatFixed5Chars]; // exactly the promised room
+    return std::string(text, neq::formatFloatFixed5(text, value));
+}
+
+TEST(NumberFormat, FloatFixed5Goldens) {
+    const struct {
+        float value;
+        const char* text;
+    } kCases[] = {
+        {0.5f, "0.50000"},
+        {0.015625f, "0.01562"},   // 1562.5 hundred-thousandths: a tie, to even
+        {0.046875f, "0.04688"},   // 4687.5: to even, upwards
+        {-0.000004f, "-0.00000"}, // the sign stays
+        {-0.0f, "-0.00000"},
+        {0.000005f, "0.00000"}, // the float lies just below the half
+        {123456.789f, "123456.78906"},
+        {3.4028235e38f, "340282346638528859811704183484516925440.00000"},
+        {std::numeric_limits<float>::infinity(), "inf"},
+        {-std::numeric_limits<float>::quiet_NaN(), "-nan"},
+    };
+    for (const auto& c : kCases)
+        EXPECT_EQ(formatFixed5(c.value), c.text) << "bits " << bitsOf(c.value);
+}
+
+// The same million values, and what matters only to five decimals: every float that
+// sits exactly on a half hundred-thousandth (multiples of 2^-6 with an odd 2^-6 part),
+// the neighbours of the rounding points k + 0.5 hundred-thousandths, and both sides of
+// 2^46, where the exact 64-bit path hands over to std::to_chars.
+TEST(NumberFormat, FloatFixed5MatchesPrintf) {
+    std::vector<float> values = millionFloats();
+    for (int k = 1; k < 40000; k += 2)
+        for (float sign : {1.0f, -1.0f})
+            values.push_back(sign * static_cast<float>(k) / 64.0f);
+    std::mt19937 random(5);
+    std::uniform_int_distribution<int> hundredThousandths(0, 9999999);
+    for (int i = 0; i < 100000; ++i) {
+        const float half = (static_cast<float>(hundredThousandths(random)) + 0.5f) / 100000.0f;
+        for (float value : {half, std::nextafter(half, 0.0f), std::nextafter(half, 1e9f)})
+            values.push_back(value);
+    }
+    for (int offset = -2000; offset <= 2000; ++offset)
+        values.push_back(floatFromBits(bitsOf(70368744177664.0f) + offset)); // 2^46
+    expectSameAsPrintf(values, formatFixed5, "%.5f");
 }
 
 TEST(NumberFormat, IntMatchesPrintf) {

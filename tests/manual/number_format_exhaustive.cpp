@@ -1,8 +1,9 @@
 // Checks neq::formatFloatG against snprintf("%g") for every float bit pattern in a range
-// (all 2^32 by default), or with --ints neq::formatInt against snprintf("%d") for the
-// patterns taken as 32-bit integers. Not part of CTest: it takes minutes. Usage:
+// (all 2^32 by default), with --fixed5 neq::formatFloatFixed5 against snprintf("%.5f"),
+// or with --ints neq::formatInt against snprintf("%d") for the patterns taken as 32-bit
+// integers. Not part of CTest: it takes minutes. Usage:
 //
-//   number_format_exhaustive [--ints] [--threads N] [FIRST LAST]
+//   number_format_exhaustive [--ints | --fixed5] [--threads N] [FIRST LAST]
 //
 // FIRST and LAST are bit patterns (decimal or 0x hex), both included. Prints the first
 // mismatches and exits 1 when there is any.
@@ -21,25 +22,33 @@
 
 namespace {
 
+enum class Mode { floatG, fixed5, ints };
+
 struct Run {
-    bool ints = false;
+    Mode mode = Mode::floatG;
     unsigned threads = std::max(1u, std::thread::hardware_concurrency());
     std::uint64_t first = 0, last = 0xFFFFFFFFu;
     std::atomic<std::uint64_t> mismatches{0};
 };
 
 // The text for one bit pattern from the library and from printf.
-void formatBoth(bool ints, std::uint32_t bits, std::string& got, char (&expected)[64]) {
-    char text[neq::kMaxIntChars > neq::kMaxFloatGChars ? neq::kMaxIntChars : neq::kMaxFloatGChars];
-    if (ints) {
-        const auto value = static_cast<std::int32_t>(bits);
-        got.assign(text, neq::formatInt(text, value));
-        std::snprintf(expected, sizeof expected, "%d", value);
-    } else {
-        float value;
-        std::memcpy(&value, &bits, sizeof value);
+void formatBoth(Mode mode, std::uint32_t bits, std::string& got, char (&expected)[64]) {
+    char text[std::max({neq::kMaxIntChars, neq::kMaxFloatGChars, neq::kMaxFloatFixed5Chars})];
+    float value;
+    std::memcpy(&value, &bits, sizeof value);
+    switch (mode) {
+    case Mode::ints:
+        got.assign(text, neq::formatInt(text, static_cast<std::int32_t>(bits)));
+        std::snprintf(expected, sizeof expected, "%d", static_cast<std::int32_t>(bits));
+        break;
+    case Mode::fixed5:
+        got.assign(text, neq::formatFloatFixed5(text, value));
+        std::snprintf(expected, sizeof expected, "%.5f", static_cast<double>(value));
+        break;
+    case Mode::floatG:
         got.assign(text, neq::formatFloatG(text, value));
         std::snprintf(expected, sizeof expected, "%g", static_cast<double>(value));
+        break;
     }
 }
 
@@ -48,7 +57,7 @@ void worker(Run& run, unsigned index) {
     std::string got;
     char expected[64];
     for (std::uint64_t bits = run.first + index; bits <= run.last; bits += run.threads) {
-        formatBoth(run.ints, static_cast<std::uint32_t>(bits), got, expected);
+        formatBoth(run.mode, static_cast<std::uint32_t>(bits), got, expected);
         if (got != expected && run.mismatches++ < 20)
             std::printf("MISMATCH 0x%08llx: got \"%s\", printf \"%s\"\n",
                         static_cast<unsigned long long>(bits), got.c_str(), expected);
@@ -65,7 +74,9 @@ bool parseArgs(int argc, char** argv, Run& run) {
     std::vector<const char*> range;
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--ints") == 0)
-            run.ints = true;
+            run.mode = Mode::ints;
+        else if (std::strcmp(argv[i], "--fixed5") == 0)
+            run.mode = Mode::fixed5;
         else if (std::strcmp(argv[i], "--threads") == 0 && i + 1 < argc)
             run.threads = static_cast<unsigned>(std::max(1, std::atoi(argv[++i])));
         else
@@ -80,8 +91,9 @@ bool parseArgs(int argc, char** argv, Run& run) {
 int main(int argc, char** argv) {
     Run run;
     if (!parseArgs(argc, argv, run)) {
-        std::fprintf(stderr,
-                     "usage: number_format_exhaustive [--ints] [--threads N] [FIRST LAST]\n");
+        std::fprintf(
+            stderr,
+            "usage: number_format_exhaustive [--ints | --fixed5] [--threads N] [FIRST LAST]\n");
         return 2;
     }
     std::vector<std::thread> threads;

@@ -1,0 +1,140 @@
+#include "uvmerge/atomic_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace neq::uvmerge {
+namespace {
+
+class Descriptor {
+  public:
+    explicit Descriptor(int fd = -1) : fd_(fd) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() { close(); }
+    int get() const { return fd_; }
+    bool close() {
+        const int fd = fd_;
+        fd_ = -1;
+        return fd < 0 || ::close(fd) == 0;
+    }
+
+  private:
+    int fd_;
+};
+
+bool fail(std::string& reason, const std::string& what) {
+    reason = what + ": " + std::strerror(errno);
+    return false;
+}
+
+bool notRegular(const struct stat& info, std::string& reason) {
+    if (S_ISREG(info.st_mode)) return false;
+    reason = S_ISDIR(info.st_mode) ? "it is a folder" : "it is not a regular file";
+    return true;
+}
+
+bool writeAll(int fd, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+// Where the bytes really go: a symbolic link's final target; the path itself when it
+// names no existing file yet.
+std::string finalTarget(const char* path) {
+    std::unique_ptr<char, decltype(&std::free)> real(::realpath(path, nullptr), &std::free);
+    return real ? std::string(real.get()) : std::string(path);
+}
+
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+mode_t newFileMode() {
+    const mode_t mask = ::umask(0); // the only way to read it; the library starts no threads
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
+// The host's way, kept for folders that take no new file: truncate and write.
+bool overwriteInPlace(const std::string& target, std::string_view bytes, mode_t mode,
+                      std::string& reason) {
+    Descriptor file(::open(target.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode));
+    if (file.get() < 0) return fail(reason, "cannot open it for writing");
+    if (!writeAll(file.get(), bytes) || ::fsync(file.get()) != 0 || !file.close())
+        return fail(reason, "cannot write it");
+    return true;
+}
+
+// Best effort: the rename itself reaches the disk with the folder.
+void syncFolder(const std::string& folder) {
+    Descriptor dir(::open(folder.c_str(), O_RDONLY | O_CLOEXEC));
+    if (dir.get() >= 0) ::fsync(dir.get());
+}
+
+} // namespace
+
+bool readRegularFile(const char* path, std::string& bytes, std::string& reason) {
+    bytes.clear();
+    Descriptor file(::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (file.get() < 0) return fail(reason, "cannot open it");
+    struct stat info {};
+    if (::fstat(file.get(), &info) != 0) return fail(reason, "cannot read it");
+    if (notRegular(info, reason)) return false;
+    bytes.resize(static_cast<std::size_t>(info.st_size));
+    std::size_t used = 0;
+    while (used < bytes.size()) {
+        const ssize_t got = ::read(file.get(), &bytes[used], bytes.size() - used);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return fail(reason, "cannot read it");
+        if (got == 0) break; // it shrank meanwhile: what is there is the file
+        used += static_cast<std::size_t>(got);
+    }
+    bytes.resize(used);
+    return true;
+}
+
+bool replaceFile(const char* path, std::string_view bytes, std::string& reason) {
+    const std::string target = finalTarget(path);
+    mode_t mode = newFileMode();
+    {
+        // Probe without truncating: a file we may not write is left alone.
+        Descriptor probe(::open(target.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+        if (probe.get() < 0 && errno != ENOENT) return fail(reason, "cannot open it for writing");
+        struct stat info {};
+        if (probe.get() >= 0) {
+            if (::fstat(probe.get(), &info) != 0) return fail(reason, "cannot open it for writing");
+            if (notRegular(info, reason)) return false;
+            mode = info.st_mode & 07777;
+        }
+    }
+    const std::string folder = folderOf(target);
+    std::string temporary = folder + "/." + target.substr(target.rfind('/') + 1) + ".XXXXXX";
+    Descriptor file(::mkstemp(&temporary[0]));
+    if (file.get() < 0) return overwriteInPlace(target, bytes, mode, reason);
+    if (!writeAll(file.get(), bytes) || ::fsync(file.get()) != 0 ||
+        ::fchmod(file.get(), mode) != 0 || !file.close() ||
+        ::rename(temporary.c_str(), target.c_str()) != 0) {
+        fail(reason, "cannot write it");
+        ::unlink(temporary.c_str());
+        return false;
+    }
+    syncFolder(folder);
+    return true;
+}
+
+} // namespace neq::uvmerge

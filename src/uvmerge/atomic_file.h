@@ -1,0 +1,25 @@
+#pragma once
+
+// Whole-file reads that never block and whole-file replacements that never leave a
+// damaged file: the file layer around the UV rewrite.
+
+#include <string>
+#include <string_view>
+
+namespace neq::uvmerge {
+
+// Reads a regular file whole. A folder, FIFO or device is refused at once (the open
+// does not wait for a writer). False with the reason in words.
+bool readRegularFile(const char* path, std::string& bytes, std::string& reason);
+
+// Makes `bytes` the content of the file at `path`. A symbolic link keeps pointing where
+// it did; its target is what is replaced. An existing target must be a regular file
+// that can be opened for writing (tried without truncating it). The bytes go to a
+// temporary file in the target's folder, which is flushed to disk, given the target's
+// permission bits (or those of a new file under the umask), and renamed over the
+// target. Only when that folder takes no new file is the target overwritten in place.
+// On any failure before the rename the target is left as it was and the temporary
+// file is removed. False with the reason in words.
+bool replaceFile(const char* path, std::string_view bytes, std::string& reason);
+
+} // namespace neq::uvmerge

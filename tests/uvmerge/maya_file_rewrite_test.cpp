@@ -1,0 +1,209 @@
+#include "uvmerge/maya_file_rewrite.h"
+
+#include "support/host_library.h"
+#include "support/temp_dir.h"
+#include "uvmerge/maya_test_scenes.h"
+#include "uvmerge/vd_uv_merge_algo.h"
+
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <set>
+#include <string>
+
+namespace neq::test {
+namespace {
+
+using uvmerge::MayaFileWeld;
+using uvmerge::weldMayaFile;
+using Failure = MayaFileWeld::Failure;
+
+// The entries of a folder, without "." and "..": a temporary file left behind shows.
+std::set<std::string> folderEntries(const std::string& path) {
+    std::set<std::string> names;
+    if (DIR* dir = ::opendir(path.c_str())) {
+        while (const dirent* entry = ::readdir(dir))
+            if (std::string(entry->d_name) != "." && std::string(entry->d_name) != "..")
+                names.insert(entry->d_name);
+        ::closedir(dir);
+    }
+    return names;
+}
+
+mode_t permissionBits(const std::string& path) {
+    struct stat info {};
+    ::stat(path.c_str(), &info);
+    return info.st_mode & 07777;
+}
+
+const std::string& weldedQuad() {
+    static const std::string text = rewritten(kQuadScene);
+    return text;
+}
+
+TEST(MayaFileRewrite, WeldsInPlaceKeepingPermissionBitsAndLinks) {
+    TempDir dir;
+    const std::string scene = dir.file("quad.ma");
+    writeFile(scene, kQuadScene);
+    ASSERT_EQ(::chmod(scene.c_str(), 0640), 0);
+    const MayaFileWeld weld = weldMayaFile(scene.c_str());
+    EXPECT_EQ(weld.failure, Failure::none) << weld.reason;
+    EXPECT_EQ(weld.rewrite.uvsAfter, 4u);
+    EXPECT_EQ(readFile(scene), weldedQuad());
+    EXPECT_EQ(permissionBits(scene), 0640u);
+    EXPECT_EQ(folderEntries(dir.path()), std::set<std::string>{"quad.ma"});
+
+    // A link keeps pointing where it did; its target is rewritten.
+    ASSERT_EQ(::mkdir(dir.file("scenes").c_str(), 0700), 0);
+    writeFile(dir.file("scenes/target.ma"), kQuadScene);
+    ASSERT_EQ(::chmod(dir.file("scenes/target.ma").c_str(), 0604), 0);
+    ASSERT_EQ(::symlink("scenes/target.ma", dir.file("link.ma").c_str()), 0);
+    EXPECT_EQ(weldMayaFile(dir.file("link.ma").c_str()).failure, Failure::none);
+    char target[64] = {};
+    EXPECT_EQ(::readlink(dir.file("link.ma").c_str(), target, sizeof target - 1), 16);
+    EXPECT_STREQ(target, "scenes/target.ma");
+    EXPECT_EQ(readFile(dir.file("scenes/target.ma")), weldedQuad());
+    EXPECT_EQ(permissionBits(dir.file("scenes/target.ma")), 0604u);
+    EXPECT_EQ(folderEntries(dir.file("scenes")), std::set<std::string>{"target.ma"});
+
+    // To another file: the input stays; a new output gets the usual permission bits.
+    const std::string input = dir.file("in.ma"), output = dir.file("out.ma");
+    writeFile(input, kQuadScene);
+    const mode_t mask = ::umask(022);
+    EXPECT_EQ(weldMayaFile(input.c_str(), output.c_str()).failure, Failure::none);
+    ::umask(mask);
+    EXPECT_EQ(readFile(input), kQuadScene);
+    EXPECT_EQ(readFile(output), weldedQuad());
+    EXPECT_EQ(permissionBits(output), 0644u);
+}
+
+TEST(MayaFileRewrite, EveryRefusalLeavesTheFileAsItWas) {
+    TempDir dir;
+    const std::string scene = dir.file("scene.ma");
+    for (const RefusedScene& refused : refusedScenes()) {
+        const std::string text = replaced(kQuadScene, refused.from, refused.to);
+        writeFile(scene, text);
+        const MayaFileWeld weld = weldMayaFile(scene.c_str());
+        EXPECT_EQ(weld.failure, Failure::refused) << refused.reason;
+        EXPECT_NE(weld.reason.find(refused.reason), std::string::npos) << weld.reason;
+        EXPECT_EQ(readFile(scene), text);
+        EXPECT_EQ(folderEntries(dir.path()), std::set<std::string>{"scene.ma"});
+    }
+    writeFile(scene, "");
+    EXPECT_EQ(weldMayaFile(scene.c_str()).reason, "the file is empty");
+    EXPECT_EQ(readFile(scene), "");
+
+    const MayaFileWeld missing = weldMayaFile(dir.file("none.ma").c_str());
+    EXPECT_EQ(missing.failure, Failure::read);
+    EXPECT_EQ(missing.reason, "cannot open it: No such file or directory");
+}
+
+// Nothing that is not a regular file is read; a FIFO without a writer does not block.
+TEST(MayaFileRewrite, FoldersFifosAndDevicesAreRefusedAtOnce) {
+    TempDir dir;
+    ASSERT_EQ(::mkfifo(dir.file("pipe.ma").c_str(), 0600), 0);
+    const struct {
+        std::string path;
+        const char* reason;
+    } kRefused[] = {{dir.path(), "it is a folder"},
+                    {dir.file("pipe.ma"), "it is not a regular file"},
+                    {"/dev/null", "it is not a regular file"}};
+    for (const auto& refused : kRefused) {
+        const MayaFileWeld weld = weldMayaFile(refused.path.c_str());
+        EXPECT_EQ(weld.failure, Failure::read) << refused.path;
+        EXPECT_EQ(weld.reason, refused.reason);
+    }
+    // Nor is anything written over them.
+    writeFile(dir.file("in.ma"), kQuadScene);
+    EXPECT_EQ(weldMayaFile(dir.file("in.ma").c_str(), dir.path().c_str()).failure, Failure::write);
+    EXPECT_EQ(weldMayaFile(dir.file("in.ma").c_str(), dir.file("pipe.ma").c_str()).failure,
+              Failure::write);
+}
+
+// The child may write no file past 64 bytes; the scene's new text is longer.
+TEST(MayaFileRewrite, AFailedWriteLeavesTheOriginalAndNoTemporaryFile) {
+    TempDir dir;
+    const std::string scene = dir.file("scene.ma");
+    writeFile(scene, kQuadScene);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{64, 64};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        const MayaFileWeld weld = weldMayaFile(scene.c_str());
+        ::_exit(weld.failure == Failure::write &&
+                        weld.reason.find("File too large") != std::string::npos
+                    ? 0
+                    : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_EQ(readFile(scene), kQuadScene);
+    EXPECT_EQ(folderEntries(dir.path()), std::set<std::string>{"scene.ma"});
+}
+
+// Permissions do not hold the superuser back, so this runs for other users only.
+TEST(MayaFileRewrite, ReadOnlyFilesAreLeftAndReadOnlyFoldersWrittenInPlace) {
+    if (::geteuid() == 0) GTEST_SKIP() << "permission bits do not apply to root";
+    TempDir dir;
+    const std::string scene = dir.file("scene.ma");
+    writeFile(scene, kQuadScene);
+    ASSERT_EQ(::chmod(scene.c_str(), 0444), 0);
+    const MayaFileWeld weld = weldMayaFile(scene.c_str());
+    EXPECT_EQ(weld.failure, Failure::write);
+    EXPECT_EQ(weld.reason, "cannot open it for writing: Permission denied");
+    EXPECT_EQ(readFile(scene), kQuadScene);
+
+    // No temporary file can be made in the folder: the file is overwritten in place.
+    ASSERT_EQ(::chmod(scene.c_str(), 0644), 0);
+    ASSERT_EQ(::chmod(dir.path().c_str(), 0555), 0);
+    EXPECT_EQ(weldMayaFile(scene.c_str()).failure, Failure::none);
+    ::chmod(dir.path().c_str(), 0700);
+    EXPECT_EQ(readFile(scene), weldedQuad());
+    EXPECT_EQ(folderEntries(dir.path()), std::set<std::string>{"scene.ma"});
+}
+
+TEST(MayaFileRewrite, HostEntryWeldsMayaScenesOnly) {
+    HostLibrary library;
+    TempDir dir;
+    const struct {
+        const char* name;
+        float result;
+        bool welded;
+    } kFiles[] = {
+        {"a.ma", 0.0f, true},    {"b.MA", 0.0f, true},    {"c.NeQ", -1.0f, false},
+        {"d.neq", -1.0f, false}, {"e.obj", -1.0f, false}, {"f.ma.txt", -1.0f, false},
+    };
+    for (const auto& file : kFiles) {
+        writeFile(dir.file(file.name), kQuadScene);
+        EXPECT_EQ(library.call("NeQMergeUVs", dir.file(file.name).c_str()), file.result)
+            << file.name;
+        EXPECT_EQ(readFile(dir.file(file.name)), file.welded ? weldedQuad() : kQuadScene);
+    }
+    EXPECT_EQ(library.call("NeQMergeUVs", dir.file("missing.ma").c_str()), -1.0f);
+    EXPECT_EQ(library.call("NeQMergeUVs", nullptr), -1.0f);
+    EXPECT_FALSE(fileExists(dir.file("missing.ma")));
+    const std::string refused = replaced(kQuadScene, "uvsp[0:3]", "uvsp[0:4]");
+    writeFile(dir.file("refused.ma"), refused);
+    EXPECT_EQ(library.call("NeQMergeUVs", dir.file("refused.ma").c_str()), -1.0f);
+    EXPECT_EQ(readFile(dir.file("refused.ma")), refused);
+
+    const VDString path(dir.file("a.ma").c_str());
+    EXPECT_TRUE(VDUVMergeAlgo::mergeUVsInMayaFile(path)); // welding twice changes nothing
+    EXPECT_EQ(readFile(dir.file("a.ma")), weldedQuad());
+    EXPECT_FALSE(VDUVMergeAlgo::mergeUVsInNeQFile(path));
+    EXPECT_FALSE(VDUVMergeAlgo::splitUVsInMayaFile(path));
+    EXPECT_FALSE(VDUVMergeAlgo::splitUVsInNeQFile(path));
+    EXPECT_EQ(readFile(dir.file("a.ma")), weldedQuad());
+}
+
+} // namespace
+} // namespace neq::test

@@ -1,0 +1,115 @@
+#include "uvmerge/maya_number_scan.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <random>
+#include <string>
+
+namespace neq::test {
+namespace {
+
+using uvmerge::LineCursor;
+
+struct Scanned {
+    double value;
+    std::size_t consumed;
+};
+
+template <class Scan> Scanned scan(const std::string& line, Scan scanner) {
+    LineCursor cursor{line.data(), line.data() + line.size()};
+    const double value = scanner(cursor);
+    return {value, static_cast<std::size_t>(cursor.pos - line.data())};
+}
+
+Scanned scanInt(const std::string& line) {
+    return scan(line, uvmerge::scanInt);
+}
+Scanned scanReal(const std::string& line) {
+    return scan(line, uvmerge::scanReal);
+}
+
+// The real scanner done digit by digit in double arithmetic, as written down.
+float plainReal(const std::string& text) {
+    double sign = 1, mantissa = 0, divisor = 0;
+    for (char c : text) {
+        if (c >= '0' && c <= '9') {
+            mantissa = mantissa * 10 + (c - '0');
+            divisor *= 10;
+        } else if (c == '.') {
+            divisor = 1;
+        } else if (c == '+' || c == '-') {
+            sign = c == '-' ? -1 : 1;
+        } else {
+            break;
+        }
+    }
+    return static_cast<float>(divisor > 0 ? sign * mantissa / divisor : sign * mantissa);
+}
+
+TEST(MayaNumberScan, IntegersEndAtAnyOtherCharacterOrReadZeroAtTheLineEnd) {
+    EXPECT_EQ(scanInt(" \t42;").value, 42);
+    EXPECT_EQ(scanInt(" \t42;").consumed, 4u); // the ";" stays
+    EXPECT_EQ(scanInt("-17 ").value, -17);
+    EXPECT_EQ(scanInt("1-2 ").value, -12); // a sign anywhere counts
+    EXPECT_EQ(scanInt("-+5 ").value, 5);
+    EXPECT_EQ(scanInt("3.5 ").value, 3);
+    EXPECT_EQ(scanInt("1e3 ").value, 1);
+    EXPECT_EQ(scanInt("x").value, 0);
+    EXPECT_EQ(scanInt("x").consumed, 0u);
+    EXPECT_EQ(scanInt("123").value, 0); // ran into the end of the line
+    EXPECT_EQ(scanInt("123").consumed, 3u);
+    EXPECT_EQ(scanInt("2147483647 ").value, 2147483647);
+    EXPECT_EQ(scanInt("2147483648 ").value, 2147483647);
+    EXPECT_EQ(scanInt("-2147483648 ").value, -2147483648.0);
+    EXPECT_EQ(scanInt(std::string(1000, '7') + " ").value, 2147483647);
+    EXPECT_EQ(scanInt("-" + std::string(1000, '7') + " ").value, -2147483648.0);
+}
+
+TEST(MayaNumberScan, RealsHaveNoExponentAndKeepTheLastPoint) {
+    EXPECT_EQ(scanReal(" 0.25 ").value, 0.25);
+    EXPECT_EQ(scanReal("1e-3 ").value, 1);
+    EXPECT_EQ(scanReal("1e-3 ").consumed, 1u);
+    EXPECT_EQ(scanReal(".5;").value, 0.5);
+    EXPECT_EQ(scanReal("5.;").value, 5);
+    EXPECT_EQ(scanReal("2.5.5;").value, 25.5);
+    EXPECT_EQ(scanReal("1-2.5;").value, -12.5);
+    EXPECT_EQ(scanReal("0.125").value, 0); // ran into the end of the line
+    EXPECT_TRUE(std::signbit(scanReal("-0;").value));
+    EXPECT_EQ(scanReal(std::string(400, '9') + ";").value, HUGE_VAL);
+    EXPECT_TRUE(std::isnan(scanReal("0." + std::string(400, '9') + ";").value));
+}
+
+// Mantissas gathered in an integer and divided once give the float that digit-by-digit
+// double arithmetic gives, for every length, point position and sign.
+TEST(MayaNumberScan, RealsMatchDigitByDigitArithmetic) {
+    std::mt19937 random(7);
+    std::uniform_int_distribution<int> digit(0, 9), length(1, 30), coin(0, 3);
+    for (int i = 0; i < 200000; ++i) {
+        std::string text = coin(random) == 0 ? "-" : "";
+        const int digits = length(random);
+        const int point = std::uniform_int_distribution<int>(-1, digits)(random);
+        for (int d = 0; d < digits; ++d) {
+            if (d == point) text += '.';
+            text += static_cast<char>('0' + digit(random));
+        }
+        const float value = static_cast<float>(scanReal(text + ";").value);
+        const float plain = plainReal(text);
+        ASSERT_EQ(std::memcmp(&value, &plain, sizeof value), 0) << text;
+    }
+}
+
+TEST(MayaNumberScan, SkippingNumbersAndSeeingTheRestReadAsZero) {
+    std::string line = "  +1.5-2 x";
+    LineCursor cursor{line.data(), line.data() + line.size()};
+    EXPECT_FALSE(uvmerge::restReadsAsZero(cursor));
+    uvmerge::skipNumber(cursor);
+    EXPECT_EQ(cursor.pos, line.data() + 8);
+    EXPECT_TRUE(uvmerge::restReadsAsZero(cursor)); // "x" ends every number at once
+    cursor.pos = cursor.end;
+    EXPECT_TRUE(uvmerge::restReadsAsZero(cursor));
+}
+
+} // namespace
+} // namespace neq::test
