@@ -4,10 +4,12 @@
 // (size, indexing, push_back, clear, reserve and the rest come from std::vector)
 // with the three operations the older code was written against.
 
+#include "foundation/export.h"
+
 #include <algorithm>
 #include <vector>
 
-template <class T> class VDArray : public std::vector<T> {
+template <class T> class NEQBRIDGE_API VDArray : public std::vector<T> {
   public:
     using std::vector<T>::vector;
 

@@ -1,0 +1,203 @@
+#include "foundation/vd_vector.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <random>
+#include <tuple>
+#include <type_traits>
+
+namespace {
+
+TEST(VDVector, ComponentsArePacked) {
+    static_assert(sizeof(VDVector2d) == 16 && sizeof(VDVector2f) == 8, "packed");
+    static_assert(sizeof(VDVector3d) == 24 && sizeof(VDVector3f) == 12, "packed");
+    static_assert(std::is_standard_layout<VDVector3f>::value, "file image");
+    EXPECT_EQ(VDVector3f(VDVector2f(2, 3)), VDVector3f(2, 3, 0));
+    EXPECT_EQ(VDVector2d::m_zero, VDVector2d(0, 0));
+    EXPECT_EQ(VDVector2f::m_zero, VDVector2f(0, 0));
+    EXPECT_EQ(VDVector3d::m_zero, VDVector3d(0, 0, 0));
+    EXPECT_EQ(VDVector3f::m_zero, VDVector3f(0, 0, 0));
+}
+
+TEST(VDVector, TwoComponentNormalizeLeavesShortVectors) {
+    VDVector2f tiny(0.0000005f, 0);
+    tiny.normalize();
+    EXPECT_EQ(tiny, VDVector2f(0.0000005f, 0));
+    tiny.normalize(3);
+    EXPECT_EQ(tiny, VDVector2f(0.0000005f, 0));
+
+    VDVector2f f(3, 4);
+    f.normalize(10);
+    EXPECT_EQ(f, VDVector2f(6, 8));
+    f.normalize();
+    EXPECT_FLOAT_EQ(f.x, 0.6f);
+    EXPECT_FLOAT_EQ(f.y, 0.8f);
+
+    VDVector2d d(-3, 4);
+    d.normalize();
+    EXPECT_DOUBLE_EQ(d.x, -0.6);
+    EXPECT_DOUBLE_EQ(d.y, 0.8);
+    VDVector2d small(0.000002, 0);
+    small.normalize(0.5);
+    EXPECT_DOUBLE_EQ(small.x, 0.5);
+    VDVector2d below(0.0000009, 0);
+    below.normalize();
+    EXPECT_EQ(below, VDVector2d(0.0000009, 0));
+}
+
+TEST(VDVector, ThreeComponentNormalizeAnswersTheLength) {
+    VDVector3d zero(0, 0, 0);
+    EXPECT_EQ(zero.normalize(), 1.0);
+    EXPECT_EQ(zero, VDVector3d(0, 0, 0));
+    VDVector3d tiny(1e-25, 0, 0);
+    EXPECT_EQ(tiny.normalize(), 1.0);
+    EXPECT_EQ(tiny.x, 1e-25);
+    VDVector3d atThreshold(1e-24, 0, 0);
+    EXPECT_EQ(atThreshold.normalize(), 1e-24);
+    EXPECT_EQ(atThreshold.x, 1.0);
+    VDVector3d d(2, 3, 6);
+    EXPECT_EQ(d.normalize(), 7.0);
+    EXPECT_EQ(d, VDVector3d(2.0 / 7, 3.0 / 7, 6.0 / 7));
+    VDVector3d withNan(std::nan(""), 1, 0);
+    EXPECT_TRUE(std::isnan(withNan.normalize()));
+    EXPECT_TRUE(std::isnan(withNan.y));
+
+    VDVector3f fzero(0, 0, 0);
+    EXPECT_EQ(fzero.normalize(), 0.0f);
+    EXPECT_EQ(fzero, VDVector3f(0, 0, 0));
+    // Any non-zero length divides, however small.
+    VDVector3f ftiny(0x1p-40f, 0, 0);
+    EXPECT_NE(ftiny.normalize(), 0.0f);
+    EXPECT_EQ(ftiny.x, 1.0f);
+    VDVector3f f(0, 3, 4);
+    EXPECT_EQ(f.normalize(), 5.0f);
+    EXPECT_EQ(f, VDVector3f(0, 3.0f / 5, 4.0f / 5));
+}
+
+TEST(VDVector, SnapIsOneSided) {
+    VDVector2f f(1.0005f, -2.0005f);
+    f.snapToIntegerValues(0.001f);
+    EXPECT_EQ(f, VDVector2f(1, -2));
+    VDVector2f below(0.9995f, 5);
+    below.snapToIntegerValues(0.001f);
+    EXPECT_EQ(below, VDVector2f(0.9995f, 5));
+    VDVector2f negative(-2.9995f, 7.25f);
+    negative.snapToIntegerValues(0.001f);
+    EXPECT_EQ(negative, VDVector2f(-2.9995f, 7.25f));
+
+    VDVector2d d(3.00001, -3.00001);
+    d.snapToIntegerValues(0.0001);
+    EXPECT_EQ(d, VDVector2d(3, -3));
+    VDVector2d stays(2.99999, 4.5);
+    stays.snapToIntegerValues(0.0001);
+    EXPECT_EQ(stays, VDVector2d(2.99999, 4.5));
+    // The bound itself does not snap.
+    VDVector2d edge(1.5, 0);
+    edge.snapToIntegerValues(0.5);
+    EXPECT_EQ(edge, VDVector2d(1.5, 0));
+}
+
+TEST(VDVector, OrthogonalDirections) {
+    VDVector3d v(1, 2, 3);
+    v.makeOrthogonalTo(VDVector3d(0, 0, 1));
+    EXPECT_EQ(v, VDVector3d(1, 2, 0));
+    VDVector3f f(1, 1, 0);
+    f.makeOrthogonalTo(VDVector3f(1, 0, 0));
+    EXPECT_EQ(f, VDVector3f(0, 1, 0));
+    // No division by n . n: a longer n over-subtracts.
+    VDVector3d scaled(1, 0, 0);
+    scaled.makeOrthogonalTo(VDVector3d(2, 0, 0));
+    EXPECT_EQ(scaled, VDVector3d(-3, 0, 0));
+
+    VDVector3f out;
+    VDVector3f(0, 0, 1).findOrthogonalVector(out); // x axis
+    EXPECT_EQ(out, VDVector3f(0, -1, 0));
+    VDVector3f(5, 1, 2).findOrthogonalVector(out); // y axis: (0,1,0) x v
+    EXPECT_EQ(out, VDVector3f(2, 0, -5));
+    VDVector3f(-5, 1, 2).findOrthogonalVector(out); // y: smallest absolute value
+    EXPECT_EQ(out, VDVector3f(2, 0, 5));
+    VDVector3f(5, 3, 1).findOrthogonalVector(out); // z axis: (0,0,1) x v
+    EXPECT_EQ(out, VDVector3f(-3, 5, 0));
+    VDVector3f(4, 2, 2).findOrthogonalVector(out); // y before z on a tie
+    EXPECT_EQ(out, VDVector3f(2, 0, -4));
+    VDVector3f(2, 2, 2).findOrthogonalVector(out); // x before the others
+    EXPECT_EQ(out, VDVector3f(0, -2, 2));
+
+    VDVector3d dout;
+    VDVector3d(-1, 7, 0.5).findOrthogonalVector(dout);
+    EXPECT_EQ(dout, VDVector3d(-7, -1, 0));
+    const VDVector3d w(0.3, -2, 9);
+    w.findOrthogonalVector(dout);
+    EXPECT_EQ(dout.x * w.x + dout.y * w.y + dout.z * w.z, 0.0);
+}
+
+TEST(VDVector, IndexedSortTiesByIndexWithinTolerance) {
+    VDArray<VDVector3f> points{VDVector3f(1, 0, 0), VDVector3f(0, 0, 0),
+                               VDVector3f(0.00001f, 0, 0)};
+    VDArray<int> indices{9, 9, 9, 9, 9};
+    VDVector3f::indexedSort(indices, points, 0.001f);
+    EXPECT_EQ(indices, (VDArray<int>{1, 2, 0}));
+    EXPECT_EQ(points[0], VDVector3f(1, 0, 0));
+
+    // x within tolerance falls through to y, then z.
+    points = {VDVector3f(0, 5, 0), VDVector3f(0.0005f, 1, 0), VDVector3f(0, 1, -1)};
+    VDVector3f::indexedSort(indices, points, 0.001f);
+    EXPECT_EQ(indices, (VDArray<int>{2, 1, 0}));
+    // A difference equal to the tolerance still counts as equal.
+    points = {VDVector3f(0.5f, 0, 0), VDVector3f(0, 0, 0)};
+    VDVector3f::indexedSort(indices, points, 0.5f);
+    EXPECT_EQ(indices, (VDArray<int>{0, 1}));
+
+    VDVector3f::indexedSort(indices, VDArray<VDVector3f>(), 0.1f);
+    EXPECT_TRUE(indices.empty());
+
+    const VDIndexedComparator<VDVector3f, VDVector3fComp> before(points.data(), 0.1f);
+    EXPECT_TRUE(before(1, 0));
+    EXPECT_FALSE(before(0, 1));
+    EXPECT_FALSE(before(0, 0));
+}
+
+TEST(VDVector, IndexedSortMatchesAStableOrderOfSeparatedPoints) {
+    // Components on a 0.01 grid: two points are equal or differ by far more than the
+    // tolerance, so the tolerant order is the exact lexicographic one, ties by index.
+    std::mt19937 engine(20261123);
+    for (int round = 0; round < 5; ++round) {
+        VDArray<VDVector3f> points;
+        for (int i = 0; i < 300; ++i) {
+            auto grid = [&] {
+                return static_cast<float>(static_cast<int>(engine() % 9) - 4) * 0.01f;
+            };
+            points.push_back(VDVector3f(grid(), grid(), grid()));
+        }
+        VDArray<int> sorted;
+        VDVector3f::indexedSort(sorted, points, 0.001f);
+
+        VDArray<int> reference(points.size());
+        for (int i = 0; i < reference.getSize(); ++i)
+            reference[i] = i;
+        std::stable_sort(reference.begin(), reference.end(), [&](int i, int j) {
+            return std::tie(points[i].x, points[i].y, points[i].z) <
+                   std::tie(points[j].x, points[j].y, points[j].z);
+        });
+        EXPECT_EQ(sorted, reference) << "round " << round;
+    }
+}
+
+TEST(VDVector, IndexedSortStaysInsideTheArrayOnChainsOfNearValues) {
+    // Near-equal chains break transitivity; the result must still be a permutation.
+    std::mt19937 engine(7);
+    VDArray<VDVector3f> points;
+    for (int i = 0; i < 2000; ++i)
+        points.push_back(VDVector3f(static_cast<float>(engine() % 1000) * 0.0004f, 0, 0));
+    VDArray<int> sorted;
+    VDVector3f::indexedSort(sorted, points, 0.001f);
+    VDArray<int> seen(sorted);
+    std::sort(seen.begin(), seen.end());
+    for (int i = 0; i < seen.getSize(); ++i)
+        ASSERT_EQ(seen[i], i);
+}
+
+} // namespace
