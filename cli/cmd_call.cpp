@@ -20,64 +20,12 @@ constexpr std::size_t kOutBufferSize = 64 * 1024;
 const char kNullArgument[] = "--null";
 const char kCallSeparator[] = "--";
 
-// The fifteen names the host calls; what each takes and returns is in kHelp.
+// The fifteen names the host calls; the command's help says what each takes.
 const char* const kEntryNames[] = {
     "Version",    "addBlendFile",    "endBlendFile", "clearUVString", "ClearNameSet",
     "CheckName",  "OpenFolder",      "GetFile",      "CloseFolder",   "SetFolder",
     "FileDelete", "GetPublicFolder", "CreateFolder", "AddFile",       "NeQMergeUVs",
 };
-
-const char kHelp[] =
-    "usage: neqbridge call ENTRY [TEXT [OUT-IN]] [-- ENTRY [TEXT [OUT-IN]]]...\n"
-    "\n"
-    "Loads the shared library and calls one of its host entries exactly as the host\n"
-    "application does:\n"
-    "\n"
-    "    float ENTRY(char* text, double number, char* out)\n"
-    "\n"
-    "text is TEXT (a null pointer when TEXT is omitted), number is 0 (no entry reads\n"
-    "it), and out is a 64 KiB buffer that starts out holding OUT-IN (empty when\n"
-    "omitted): AddFile and addBlendFile read out as an input path. Write --null in\n"
-    "place of TEXT or OUT-IN to pass a null pointer there.\n"
-    "\n"
-    "Each call prints one line: the float result (printf %g), then, when the output\n"
-    "buffer holds text afterwards, a tab and that text.\n"
-    "\n"
-    "Every run of neqbridge is a new process, and the library's state between calls\n"
-    "(the open folder, the name registry, the shared name list) starts empty in each.\n"
-    "Separate several calls with -- to make them one after another in one process.\n"
-    "\n"
-    "The library loaded is $NEQBRIDGE_LIBRARY when set, otherwise " NEQBRIDGE_LIBRARY_FILE "\n"
-    "in the folder of this tool.\n"
-    "\n"
-    "entries (arguments; results):\n"
-    "  Version          no arguments; 4.09\n"
-    "  addBlendFile     TEXT target scene, OUT-IN base scene; 0, -9, -1760, -2760, -3760\n"
-    "  endBlendFile     TEXT base scene; 0, -9, -2760, -3760\n"
-    "  clearUVString    no arguments; 0\n"
-    "  ClearNameSet     no arguments; 0\n"
-    "  CheckName        TEXT name; out gets the unique name; 0\n"
-    "  OpenFolder       TEXT folder; 0, -1\n"
-    "  GetFile          out gets the next entry name; 0, -1 no folder open, -3 no more\n"
-    "  CloseFolder      no arguments; 0, -1 no folder open\n"
-    "  SetFolder        TEXT folder becomes the working directory; 0, -1\n"
-    "  FileDelete       TEXT file; 0, -1\n"
-    "  GetPublicFolder  out gets the users folder; 1 (success), 0\n"
-    "  CreateFolder     TEXT folder (parent must exist); 0, -1\n"
-    "  AddFile          TEXT source appended to OUT-IN destination, then the source's\n"
-    "                   last byte once more; 0, -1 source, -2 destination\n"
-    "  NeQMergeUVs      TEXT .ma or .NeQ file; 0, -1\n"
-    "\n"
-    "examples:\n"
-    "  neqbridge call Version\n"
-    "  neqbridge call OpenFolder /tmp -- GetFile -- GetFile -- GetFile -- CloseFolder\n"
-    "  neqbridge call AddFile extra.txt notes.txt\n"
-    "  neqbridge call ClearNameSet -- CheckName pCube1 -- CheckName pCube1\n"
-    "  neqbridge call GetPublicFolder -- GetPublicFolder --null --null\n"
-    "\n"
-    "Exit status: 0 when every call was made, whatever the results; 1 when the\n"
-    "library or an entry in it cannot be loaded; 2 for a wrong command line or an\n"
-    "entry name that is not one of the fifteen.\n";
 
 struct PlannedCall {
     std::string entry;
@@ -95,7 +43,7 @@ bool isKnownEntry(const std::string& name) {
 std::string entryList() {
     std::string list;
     for (const char* entryName : kEntryNames)
-        list += std::string("\n  ") + entryName;
+        list += (list.empty() ? "" : ", ") + std::string(entryName);
     return list;
 }
 
@@ -104,34 +52,46 @@ std::optional<std::string> pointerArgument(const std::string& word) {
     return word;
 }
 
-// Splits the arguments at each "--" into calls. Returns the exit code of a usage
-// error, or kExitOk.
-int planCalls(const std::vector<std::string>& args, std::vector<PlannedCall>& calls) {
+// Options come before the first ENTRY: what follows is handed to the entries as it
+// stands.
+std::size_t takeLeadingOptions(const std::vector<std::string>& args) {
+    std::size_t count = 0;
+    for (; count < args.size() && args[count].size() > 1 && args[count][0] == '-' &&
+           args[count] != kCallSeparator;
+         ++count) {
+        if (args[count] != "-q" && args[count] != "--quiet")
+            throw UsageError("unknown option " + quoted(args[count]));
+    }
+    return count;
+}
+
+// Splits the arguments at each "--" into calls.
+std::vector<PlannedCall> planCalls(const std::vector<std::string>& args) {
     std::vector<std::vector<std::string>> groups(1);
-    for (const std::string& arg : args) {
-        if (arg == kCallSeparator) {
+    for (std::size_t i = takeLeadingOptions(args); i < args.size(); ++i) {
+        if (args[i] == kCallSeparator) {
             groups.emplace_back();
         } else {
-            groups.back().push_back(arg);
+            groups.back().push_back(args[i]);
         }
     }
+    std::vector<PlannedCall> calls;
     for (const std::vector<std::string>& group : groups) {
-        if (group.empty()) return usageError(kCallCommand, "an ENTRY name is missing");
-        if (group.size() > 3) return usageError(kCallCommand, "too many arguments for " + group[0]);
-        if (!isKnownEntry(group[0])) {
-            printError("unknown entry '" + group[0] + "'; the entries are:" + entryList());
-            return kExitUsage;
-        }
+        if (group.empty()) throw UsageError("missing ENTRY");
+        if (group.size() > 3) throw UsageError("too many arguments for " + group[0]);
+        if (!isKnownEntry(group[0]))
+            throw UsageError("unknown entry " + quoted(group[0]) + "; the entries are " +
+                             entryList());
         PlannedCall call;
         call.entry = group[0];
         call.outIn = std::string();
         if (group.size() > 1) call.text = pointerArgument(group[1]);
         if (group.size() > 2) call.outIn = pointerArgument(group[2]);
         if (call.outIn && call.outIn->size() >= kOutBufferSize)
-            return usageError(kCallCommand, "OUT-IN is longer than the 64 KiB output buffer");
+            throw UsageError("OUT-IN is longer than the 64 KiB output buffer");
         calls.push_back(std::move(call));
     }
-    return kExitOk;
+    return calls;
 }
 
 std::string libraryPath() {
@@ -156,22 +116,16 @@ void makeCall(const PlannedCall& call) {
 }
 
 int run(const std::vector<std::string>& args) {
-    std::vector<PlannedCall> calls;
-    if (const int planError = planCalls(args, calls); planError != kExitOk) return planError;
-
+    std::vector<PlannedCall> calls = planCalls(args);
     const std::string path = libraryPath();
     // Kept loaded until the process ends: its state must outlive every call.
     void* library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr) {
-        printError("cannot load the library " + path + ": " + ::dlerror());
-        return kExitFailed;
-    }
+    if (library == nullptr)
+        throw Failure("cannot load the library " + quoted(path) + ": " + ::dlerror());
     for (PlannedCall& call : calls) {
         call.function = reinterpret_cast<HostEntry>(::dlsym(library, call.entry.c_str()));
-        if (call.function == nullptr) {
-            printError("the library " + path + " has no entry " + call.entry);
-            return kExitFailed;
-        }
+        if (call.function == nullptr)
+            throw Failure("the library " + quoted(path) + " has no entry " + call.entry);
     }
     for (const PlannedCall& call : calls)
         makeCall(call);
@@ -180,7 +134,27 @@ int run(const std::vector<std::string>& args) {
 
 } // namespace
 
-const Command kCallCommand = {"call", "call a host entry of the shared library, as the host does",
-                              kHelp, run};
+const Command kCallCommand = {
+    "call",
+    "call a host entry of the shared library, as the host does",
+    "[-q] ENTRY [TEXT [OUT-IN]] [-- ENTRY [TEXT [OUT-IN]]]...",
+    "Loads the shared library ($NEQBRIDGE_LIBRARY, or " NEQBRIDGE_LIBRARY_FILE " beside this\n"
+    "tool) and calls host entries exactly as the host does: float ENTRY(char* text,\n"
+    "double number, char* out), with text = TEXT (null when omitted), number = 0 and out\n"
+    "a 64 KiB buffer that starts out holding OUT-IN (AddFile and addBlendFile read it as\n"
+    "a path). Each call prints its result (printf %g) and, when the buffer then holds\n"
+    "text, a tab and that text. Calls separated by \"--\" run one after another in one\n"
+    "process, sharing the library's state (open folder, name registry, name list); every\n"
+    "run of neqbridge starts with that state empty. Exit status 0 means every call was\n"
+    "made, whatever the results. Entries: Version; addBlendFile TARGET BASE;\n"
+    "endBlendFile BASE; clearUVString; ClearNameSet; CheckName NAME; OpenFolder FOLDER;\n"
+    "GetFile; CloseFolder; SetFolder FOLDER; FileDelete FILE; GetPublicFolder;\n"
+    "CreateFolder FOLDER; AddFile SOURCE DESTINATION; NeQMergeUVs FILE.\n",
+    {{"ENTRY", "one of the fifteen host entry names"},
+     {"TEXT", "the text argument; --null for a null pointer"},
+     {"OUT-IN", "what the output buffer holds before the call; --null for a null pointer"}},
+    {},
+    run,
+};
 
 } // namespace neq::cli

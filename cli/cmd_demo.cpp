@@ -1,41 +1,74 @@
+#include "args.h"
 #include "command.h"
 #include "demo_steps.h"
+#include "files.h"
+#include "pending_output.h"
 
-#include "platform/directories.h"
+#include <sys/stat.h>
 
+#include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 
 namespace neq::cli {
 namespace {
 
-const char kHelp[] = "usage: neqbridge demo [DIR]\n"
-                     "\n"
-                     "Runs the library on a built-in sample mesh and writes what it makes into\n"
-                     "DIR (default: a new folder under /tmp), then prints what it wrote.\n";
+const char kDefaultFolder[] = "neqbridge-demo";
+
+// The steps, in order.
+void (*const kDemoSteps[])(DemoContext&) = {
+    demoMeshSteps,
+    demoTileSteps,
+    demoBlendSteps,
+};
+
+// Creates the folder (one level; an existing folder is fine) and returns its absolute
+// path ending in "/".
+std::string prepareFolder(const std::string& path) {
+    if (::mkdir(path.c_str(), 0777) != 0 && errno != EEXIST)
+        throw Failure("cannot create folder " + quoted(path) + ": " + reasonOf(errno));
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0)
+        throw Failure("cannot use folder " + quoted(path) + ": " + reasonOf(errno));
+    if (!S_ISDIR(info.st_mode)) throw Failure(quoted(path) + " is a file, not a folder");
+    char resolved[PATH_MAX];
+    std::string absolute = ::realpath(path.c_str(), resolved) ? resolved : path;
+    if (absolute.back() != '/') absolute += '/';
+    return absolute;
+}
 
 int run(const std::vector<std::string>& args) {
-    if (args.size() > 1) return usageError(kDemoCommand, "too many arguments");
+    const ParsedArgs parsed = parseArgs(kDemoCommand, args);
+    parsed.requirePositionals(0, 1);
     DemoContext context;
-    if (args.empty()) {
-        char pattern[] = "/tmp/neqbridge-demo-XXXXXX";
-        if (::mkdtemp(pattern) == nullptr) {
-            printError("cannot create a folder under /tmp");
-            return kExitFailed;
-        }
-        context.dir = pattern;
-    } else {
-        context.dir = args[0];
-        platform::makeDirectory(context.dir.c_str()); // an existing folder is fine
-    }
-    if (context.dir.empty() || context.dir.back() != '/') context.dir += '/';
-    std::printf("neqbridge demo: writing into %s\n", context.dir.c_str());
-    const bool ok = demoMeshSteps(context) && demoTileSteps(context) && demoBlendSteps(context);
-    return ok ? kExitOk : kExitFailed;
+    context.dir = prepareFolder(parsed.positional.empty() ? kDefaultFolder : parsed.positional[0]);
+    status("neqbridge demo: writing into " + context.dir);
+    for (const auto step : kDemoSteps)
+        step(context);
+    std::printf("%s\n", context.dir.c_str());
+    return kExitOk;
 }
 
 } // namespace
 
-const Command kDemoCommand = {"demo", "run the library on a built-in sample mesh", kHelp, run};
+void writeDemoFile(const std::string& path, std::string_view bytes) {
+    PendingOutput output(path);
+    output.write(bytes);
+    output.commit();
+}
+
+const Command kDemoCommand = {
+    "demo",
+    "run the library on a built-in sample mesh",
+    "[DIR]",
+    "Runs the library on a built-in sample mesh, as the host would: writes the mesh and\n"
+    "its subdivision as NeQ files, exports OBJ and colours, lists and splits the UV\n"
+    "tiles, counts the groups and assembles a blend-shape scene, all into DIR, telling\n"
+    "what it does on the way. Prints DIR's full path when done.\n",
+    {{"DIR", "folder to write into, created if missing (default ./neqbridge-demo)"}},
+    {},
+    run,
+};
 
 } // namespace neq::cli

@@ -1,5 +1,6 @@
 #include "args.h"
 #include "command.h"
+#include "neq_input.h"
 
 #include "meshfile/neq_bytes.h"
 #include "meshfile/neq_inspect.h"
@@ -16,38 +17,6 @@ using meshfile::BlockInfo;
 using meshfile::ChainInfo;
 using meshfile::NeqView;
 using meshfile::ObjLayoutInfo;
-
-const char kHelp[] =
-    "usage: neqbridge info FILE [--json]\n"
-    "\n"
-    "Lists the blocks of the NeQ mesh file FILE and says what is malformed. The chain is\n"
-    "walked as the library's readers walk it: from offset 32 (after the 32-byte file\n"
-    "header), each block is skipped by its length (16 bytes when the length is 0) until\n"
-    "the end-of-chain block (tag 0, length 0) or the end of the file.\n"
-    "\n"
-    "For each block: its offset, its tag and what the tag means (vertex 10001, face\n"
-    "20001, UV 25001, colour 35001, group 40001, end-of-chain, unknown), its length in\n"
-    "bytes counted from the tag, and its record count. Reported as problems: a file\n"
-    "shorter than its header, a truncated block header, a block running past the end of\n"
-    "the file, a length shorter than a block header, a record count that does not match\n"
-    "the length, a missing end-of-chain block. Bytes after the end of the chain are noted.\n"
-    "\n"
-    "A file that starts with a vertex block is also checked the way the OBJ export reads\n"
-    "it (`neqbridge obj`): the colour block 4 bytes after the end of the block that\n"
-    "follows the vertex block, the face block straight after the colour records. Such\n"
-    "files are not a chain the walk can follow, so their chain reads as malformed.\n"
-    "\n"
-    "options:\n"
-    "  --json   print one JSON object instead: {\"file\", \"size\", \"blocks\": [{\"offset\",\n"
-    "           \"tag\", \"kind\", \"length\", \"count\", \"problems\": [...]}, ...],\n"
-    "           \"terminated\", \"bytesAfterChain\", \"problems\": [...], \"wellFormed\"};\n"
-    "           a field of a truncated block header is null; then \"objExport\": null,\n"
-    "           or {\"colourBlock\", \"colourTag\", \"faceBlock\", \"faceTag\", \"ready\"}.\n"
-    "\n"
-    "exit status: 0 the chain is well formed or the OBJ export layout is ready,\n"
-    "             1 malformed or not readable, 2 wrong command line\n"
-    "\n"
-    "example: neqbridge info mesh.neq --json\n";
 
 std::string describeExpected(const char* block, const std::optional<std::uint64_t>& offset,
                              const std::optional<std::uint32_t>& tag) {
@@ -141,18 +110,10 @@ void printJson(const std::string& path, const ChainInfo& chain, const ObjLayoutI
 }
 
 int run(const std::vector<std::string>& args) {
-    ParsedArgs parsed;
-    std::string error;
-    if (!parseArgs(args, {}, {"--json"}, parsed, error)) return usageError(kInfoCommand, error);
-    if (parsed.positional.size() != 1)
-        return usageError(kInfoCommand,
-                          parsed.positional.empty() ? "missing FILE" : "too many arguments");
+    const ParsedArgs parsed = parseArgs(kInfoCommand, args);
+    parsed.requirePositionals(1, 1);
     const std::string& path = parsed.positional[0];
-    meshfile::NeqBytes bytes;
-    if (!meshfile::loadNeqFile(path.c_str(), bytes)) {
-        printError("cannot open input file " + path);
-        return kExitFailed;
-    }
+    const meshfile::NeqBytes bytes = loadNeqOrFail(path);
     // The loader appends one repeat of the last byte; describe the file as it is on disk
     // so that a block cut short by one byte is reported.
     const NeqView file(bytes.data(), bytes.size() - 1);
@@ -167,6 +128,24 @@ int run(const std::vector<std::string>& args) {
 
 } // namespace
 
-const Command kInfoCommand = {"info", "list the blocks of a NeQ file", kHelp, run};
+const Command kInfoCommand = {
+    "info",
+    "list the blocks of a NeQ file",
+    "FILE [--json]",
+    "Lists the blocks of the NeQ mesh file FILE and says what is malformed. The chain is\n"
+    "walked as the library's readers walk it: from offset 32, each block skipped by its\n"
+    "length (16 bytes when it is 0) until the end-of-chain block or the end of the file.\n"
+    "Each block shows its offset, tag and kind, length and record count; problems are a\n"
+    "file shorter than its header, a truncated block header, a block past the end of the\n"
+    "file, a length shorter than a header, a count that does not match the length, and a\n"
+    "missing end-of-chain block. A file that starts with a vertex block is also checked\n"
+    "the way the OBJ export reads it (the colour block 4 bytes after the end of the block\n"
+    "after the vertex block, the face block after the colours). Exit status 0 means the\n"
+    "chain is well formed or the OBJ export layout ready, 1 that neither is.\n",
+    {{"FILE", "NeQ mesh file"}},
+    {{"--json", nullptr,
+      "print one JSON object: file, size, blocks, terminated, problems, objExport..."}},
+    run,
+};
 
 } // namespace neq::cli

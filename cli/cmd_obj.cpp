@@ -1,120 +1,121 @@
 #include "args.h"
 #include "command.h"
+#include "files.h"
 #include "neq_input.h"
+#include "pending_output.h"
 
 #include "meshfile/face_ids.h"
 #include "meshfile/neq_format.h"
 #include "meshfile/obj_export.h"
 
-#include <cmath>
-#include <cstdio>
-#include <cstdlib>
+#include <cerrno>
 #include <numeric>
 #include <string>
 
 namespace neq::cli {
 namespace {
 
-const char kHelp[] =
-    "usage: neqbridge obj BASE SUBDIVIDED OUT.obj [--level N]\n"
-    "\n"
-    "Writes the subdivided mesh SUBDIVIDED as the Wavefront OBJ file OUT.obj, the way the\n"
-    "host plug-in does: first the face IDs are read from the base mesh BASE (for each base\n"
-    "face, how many faces it becomes after N subdivision levels), then OUT.obj gets the\n"
-    "vertices, the RGB colour block, and the faces grouped under \"#FaceID i\" comments\n"
-    "naming the base face i each run of faces came from.\n"
-    "\n"
-    "  BASE        NeQ file whose first block (offset 32) is the base mesh's face block.\n"
-    "  SUBDIVIDED  NeQ file laid out for the export: the vertex block at offset 32, one\n"
-    "              more block, the colour block 4 bytes after that block's end, and the\n"
-    "              face block straight after the colour records.\n"
-    "  OUT.obj     created or replaced. If SUBDIVIDED is not laid out as above, the export\n"
-    "              stops where the layout breaks and OUT.obj keeps what was written.\n"
-    "\n"
-    "options:\n"
-    "  --level N   subdivision levels between BASE and SUBDIVIDED (default 1). Each quad\n"
-    "              becomes 4^N faces and each triangle 3*4^(N-1): 4 and 3 at level 1, 16\n"
-    "              and 12 at level 2. Level 0 gives empty groups.\n"
-    "\n"
-    "Errors name the result code the host would see: -1760 an input file cannot be\n"
-    "opened, -2 OUT.obj cannot be created or written, -18 BASE has no faces, and a block\n"
-    "tag (e.g. 20001) when SUBDIVIDED has another block where the export expects one.\n"
-    "\n"
-    "exit status: 0 written, 1 failed (message on stderr), 2 wrong command line\n"
-    "\n"
-    "example: neqbridge obj base.neq level2.neq out.obj --level 2\n";
+// 4^level faces per quad must fit the 32-bit face IDs: level 15 gives 2^30.
+constexpr long long kMaxLevel = 15;
 
-bool parseLevel(const std::string& text, double& level) {
-    char* end = nullptr;
-    level = std::strtod(text.c_str(), &end);
-    return !text.empty() && *end == '\0' && std::isfinite(level);
-}
-
-// Reads the face IDs from BASE; false after printing why not.
-bool readBaseFaceIds(const std::string& basePath, double level,
-                     std::vector<std::uint32_t>& faceIds) {
-    meshfile::NeqBytes bytes;
-    if (!loadNeqOrReport(basePath, bytes)) return false;
+std::vector<std::uint32_t> readBaseFaceIds(const std::string& basePath, double level) {
+    const meshfile::NeqBytes bytes = loadNeqOrFail(basePath);
     const meshfile::NeqView file(bytes);
     warnUnlessFirstBlockIs(file, meshfile::kFaceTag, " of " + basePath);
-    if (meshfile::readFaceIds(file, level, faceIds) == 0) {
-        printError("no face IDs: " + basePath +
-                   " has no face records in its first block, so the faces cannot be grouped "
-                   "(code -18)");
-        return false;
-    }
-    return true;
+    std::vector<std::uint32_t> faceIds;
+    if (meshfile::readFaceIds(file, level, faceIds) == 0)
+        throw Failure("no face IDs: " + quoted(basePath) +
+                      " has no face records in its first block, so the faces cannot be "
+                      "grouped (code -18)");
+    return faceIds;
 }
 
-// A mismatch between base and subdivided mesh still writes a valid file; say so.
-void warnIfGroupsShort(const meshfile::ExportOutcome& outcome, std::uint64_t wantedGroups,
-                       std::uint64_t wantedFaces, const ParsedArgs& parsed) {
-    if (outcome.faceGroups == wantedGroups && outcome.faces == wantedFaces) return;
-    printError("warning: the face IDs of " + parsed.positional[0] + " ask for " +
-               std::to_string(wantedFaces) + " faces in " + std::to_string(wantedGroups) +
-               " groups, but " + parsed.positional[1] + " gave " + std::to_string(outcome.faces) +
-               " faces in " + std::to_string(outcome.faceGroups) +
-               " groups; check --level and that it is BASE subdivided");
+// Face IDs that ask for more faces than the subdivided mesh has would read on past its
+// face records and invent faces; fewer would drop faces. Either way the meshes do not
+// belong together at this level, which is worth saying before anything is written.
+void requireMatchingFaceCount(const meshfile::NeqView& file,
+                              const std::vector<std::uint32_t>& faceIds, long long level,
+                              const std::string& basePath, const std::string& subdividedPath) {
+    const std::optional<std::uint64_t> faceBlock = meshfile::locateObjExportBlocks(file).faceBlock;
+    if (!faceBlock || file.u32(*faceBlock) != meshfile::kFaceTag)
+        return; // not laid out for the export: the export itself says where
+    const std::uint64_t claimed = file.u32(*faceBlock + meshfile::kBlockCountOffset).value_or(0);
+    const std::uint64_t records = file.recordsThatFit(*faceBlock + meshfile::kBlockHeaderSize,
+                                                      claimed, meshfile::kFaceRecordSize);
+    const std::uint64_t wanted = std::accumulate(faceIds.begin(), faceIds.end(), std::uint64_t{0});
+    if (wanted == records) return;
+    throw Failure("the meshes do not match at level " + std::to_string(level) + ": the " +
+                  std::to_string(faceIds.size()) + " faces of " + quoted(basePath) + " become " +
+                  std::to_string(wanted) + " faces, but " + quoted(subdividedPath) + " has " +
+                  std::to_string(records) +
+                  " face records; check --level and that SUBDIVIDED is BASE subdivided");
+}
+
+std::string describeMismatch(const meshfile::TagMismatch& mismatch) {
+    std::string text = std::string("expected the ") + meshfile::blockKindName(mismatch.expected) +
+                       " block (tag " + std::to_string(mismatch.expected) + ")";
+    if (!mismatch.offset)
+        return text + ", but the file ends before the length and count fields that locate it";
+    return text + " at offset " + std::to_string(*mismatch.offset) + ", found " +
+           meshfile::describeFoundTag(mismatch.found);
+}
+
+void reportExportFailure(const meshfile::ExportOutcome& outcome, const std::string& subdividedPath,
+                         const PendingOutput& output, int error) {
+    if (outcome.status != meshfile::ExportStatus::TagMismatch) output.failWrite(error);
+    const std::string code =
+        outcome.mismatch.found ? std::to_string(*outcome.mismatch.found) : std::string("-1");
+    throw Failure("cannot export " + quoted(subdividedPath) + ": " +
+                  describeMismatch(outcome.mismatch) + "; nothing was written (code " + code + ")");
 }
 
 int run(const std::vector<std::string>& args) {
-    ParsedArgs parsed;
-    std::string error;
-    if (!parseArgs(args, {"--level"}, {}, parsed, error)) return usageError(kObjCommand, error);
-    if (parsed.positional.size() != 3)
-        return usageError(kObjCommand, parsed.positional.size() < 3 ? "missing arguments"
-                                                                    : "too many arguments");
-    double level = 1.0;
-    if (parsed.values.count("--level") && !parseLevel(parsed.values["--level"], level))
-        return usageError(kObjCommand,
-                          "--level needs a number, not '" + parsed.values["--level"] + "'");
+    const ParsedArgs parsed = parseArgs(kObjCommand, args);
+    parsed.requirePositionals(3, 3);
+    const long long level =
+        parsed.integer("--level", 1, 1, kMaxLevel, "a whole number of subdivision levels");
+    const std::string& basePath = parsed.positional[0];
     const std::string& subdividedPath = parsed.positional[1];
     const std::string& outPath = parsed.positional[2];
+    refuseOutputNamingAnInput(outPath, {basePath, subdividedPath});
 
-    std::vector<std::uint32_t> faceIds;
-    if (!readBaseFaceIds(parsed.positional[0], level, faceIds)) return kExitFailed;
-    const std::uint64_t wantedGroups = faceIds.size();
-    const std::uint64_t wantedFaces =
-        std::accumulate(faceIds.begin(), faceIds.end(), std::uint64_t{0});
+    const std::vector<std::uint32_t> faceIds =
+        readBaseFaceIds(basePath, static_cast<double>(level));
+    const meshfile::NeqBytes bytes = loadNeqOrFail(subdividedPath);
+    const meshfile::NeqView file(bytes);
+    requireMatchingFaceCount(file, faceIds, level, basePath, subdividedPath);
 
+    PendingOutput output(outPath);
+    errno = 0;
     const meshfile::ExportOutcome outcome =
-        meshfile::exportObj(subdividedPath.c_str(), outPath.c_str(), faceIds);
-    if (outcome.status != meshfile::ExportStatus::Written) {
-        printError(meshfile::describeFailure(outcome, subdividedPath, outPath));
-        return kExitFailed;
-    }
-    warnIfGroupsShort(outcome, wantedGroups, wantedFaces, parsed);
-    std::printf("wrote %s: %llu vertices, %llu colours, %llu faces in %llu face groups\n",
-                outPath.c_str(), static_cast<unsigned long long>(outcome.vertices),
-                static_cast<unsigned long long>(outcome.colours),
-                static_cast<unsigned long long>(outcome.faces),
-                static_cast<unsigned long long>(outcome.faceGroups));
+        meshfile::exportObj(file, output.writePath().c_str(), faceIds);
+    if (outcome.status != meshfile::ExportStatus::Written)
+        reportExportFailure(outcome, subdividedPath, output, errno);
+    output.commit();
+    status("wrote " + outPath + ": " + std::to_string(outcome.vertices) + " vertices, " +
+           std::to_string(outcome.colours) + " colours, " + std::to_string(outcome.faces) +
+           " faces in " + std::to_string(outcome.faceGroups) + " face groups");
     return kExitOk;
 }
 
 } // namespace
 
-const Command kObjCommand = {"obj", "export a subdivided NeQ mesh as OBJ, grouped by base face",
-                             kHelp, run};
+const Command kObjCommand = {
+    "obj",
+    "export a subdivided NeQ mesh as OBJ, grouped by base face",
+    "BASE SUBDIVIDED OUT.obj [--level N]",
+    "Writes the subdivided mesh SUBDIVIDED as the Wavefront OBJ file OUT.obj, the way\n"
+    "the host plug-in does: the vertices, the RGB colour block, and the faces grouped\n"
+    "under \"#FaceID i\" comments naming the base face i of BASE each run came from (a\n"
+    "quad becomes 4^N faces, a triangle 3*4^(N-1)). BASE and SUBDIVIDED must match at\n"
+    "level N, or nothing is written. Note: the header line \"#Face count\" prints the\n"
+    "length field of SUBDIVIDED's colour block, not the number of faces; the host's OBJ\n"
+    "files have always carried that value there, so it is kept.\n",
+    {{"BASE", "NeQ file whose first block is the base mesh's face block"},
+     {"SUBDIVIDED", "NeQ file laid out for the export (vertex, any, colour and face blocks)"},
+     {"OUT.obj", "the OBJ file; created, or replaced once the export is complete"}},
+    {{"--level", "N", "subdivision levels from BASE to SUBDIVIDED, 1 to 15 (default 1)"}},
+    run,
+};
 
 } // namespace neq::cli

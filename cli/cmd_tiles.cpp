@@ -1,55 +1,28 @@
 #include "cmd_tiles.h"
+
 #include "args.h"
 #include "command.h"
+#include "files.h"
+#include "neq_input.h"
+#include "pending_output.h"
 
 #include "meshfile/groups.h"
-#include "meshfile/uv_tiles.h"
 #include "meshfile/uv_tiles_split.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
+#include <memory>
 
 namespace neq::cli {
 namespace {
 
-const char kHelp[] =
-    "usage: neqbridge tiles FILE [OUTBASE.NeQ --split]\n"
-    "\n"
-    "Lists the UV tiles of the NeQ mesh FILE: how many there are and their names,\n"
-    "in the order the split numbers them. A face lies in the tile of the first\n"
-    "(u, v) pair of its UV record. Tile \"_uU_vV\" is the unit square from (U, V) to\n"
-    "(U+1, V+1), where a negative coordinate counts one tile further down: -0.25\n"
-    "lies in tile -1 and -1.0 in tile -2. Tiles are ordered by name as text, so\n"
-    "\"_u-1_v0\" < \"_u0_v0\" < \"_u10_v0\" < \"_u2_v0\". The tile of the last face is\n"
-    "marked with \"*\".\n"
-    "\n"
-    "With OUTBASE.NeQ and --split, writes one NeQ file per tile, named OUTBASE\n"
-    "without its extension, the tile's position (0, 1, ...) and \".NeQ\":\n"
-    "\"out/head.NeQ\" gives \"out/head0.NeQ\", \"out/head1.NeQ\", ... Existing files\n"
-    "are overwritten. Each file holds FILE up to and including the UV block header,\n"
-    "then every UV pair moved into the tile's unit square (-1, -1 for pairs outside\n"
-    "the tile), then 16 zero bytes; blocks after the UV block are not copied.\n"
-    "Prints each file with its tile name.\n"
-    "\n"
-    "options:\n"
-    "  --split     write the per-tile files (needs OUTBASE.NeQ)\n"
-    "  -h, --help  show this text\n"
-    "\n"
-    "Exit status: 0 on success; 1 when FILE cannot be opened, has no UV block or a\n"
-    "tile file cannot be written; 2 for a wrong command line.\n";
-
-// A read failure the listing, the split and the group count share.
-bool reportReadFailure(float result, const std::string& mesh, const char* blockKind) {
-    if (result >= 0.0f) return false;
-    if (result == meshfile::kNoUvBlockResult)
-        printError(mesh + " has no " + blockKind + " block");
-    else
-        printError("cannot open input file " + mesh); // -17, or -1760 from the split
-    return true;
+void failWithoutBlock(const std::string& mesh, const char* blockKind) {
+    throw Failure(quoted(mesh) + " has no " + blockKind + " block (code -18)");
 }
 
 int printTileList(const std::string& path) {
-    meshfile::UvTileScan scan;
-    if (!listTilesOrReport(path, scan)) return kExitFailed;
+    const meshfile::UvTileScan scan = listTilesOrFail(path);
     std::printf("%s: %zu UV tile%s%s\n", path.c_str(), scan.tiles.size(),
                 scan.tiles.size() == 1 ? "" : "s",
                 scan.tiles.empty() ? " (the UV block is empty)" : " (* = tile of the last face)");
@@ -58,58 +31,104 @@ int printTileList(const std::string& path) {
     return kExitOk;
 }
 
-int printTileSplit(const std::string& path, const std::string& base) {
-    std::vector<std::string> names;
-    const bool ok = splitTilesOrReport(path, base, names);
-    if (ok || !names.empty())
-        std::printf("%s: wrote %zu tile file%s%s\n", path.c_str(), names.size(),
-                    names.size() == 1 ? "" : "s", ok ? "" : " before the failure");
-    const std::string stem = meshfile::uvTileFileStem(base);
-    for (std::size_t k = 0; k < names.size(); ++k)
-        std::printf("  %s  %s\n", meshfile::uvTileFilePath(stem, k).c_str(), names[k].c_str());
-    return ok ? kExitOk : kExitFailed;
+// The output base names files to come, so it must not be a folder or a device.
+void checkOutputBase(const std::string& outBase) {
+    struct stat info {};
+    const bool exists = ::stat(outBase.c_str(), &info) == 0;
+    if (lastNameOf(outBase).empty() || (exists && S_ISDIR(info.st_mode)))
+        throw Failure("output base " + quoted(outBase) +
+                      " is a folder; give a file name in it, such as " +
+                      quoted((outBase.back() == '/' ? outBase : outBase + "/") + "tile.NeQ"));
+    if (exists && !S_ISREG(info.st_mode))
+        throw Failure("output base " + quoted(outBase) +
+                      " is a device or pipe, not a file name to name the tile files after");
+}
+
+// Every tile file is written under a temporary name first and renamed into place only
+// when all of them are complete: a failure leaves none of them behind.
+int writeTileSplit(const std::string& mesh, const std::string& outBase) {
+    checkOutputBase(outBase);
+    const meshfile::NeqBytes bytes = loadNeqOrFail(mesh);
+    const std::optional<meshfile::UvTileSplit> split =
+        meshfile::UvTileSplit::plan(meshfile::NeqView(bytes));
+    if (!split) failWithoutBlock(mesh, "UV");
+
+    const std::string stem = tileFileStem(outBase);
+    std::vector<std::string> paths;
+    for (std::size_t k = 0; k < split->tiles().size(); ++k) {
+        paths.push_back(meshfile::uvTileFilePath(stem, k));
+        refuseOutputNamingAnInput(paths.back(), {mesh});
+    }
+    std::vector<std::unique_ptr<PendingOutput>> outputs;
+    for (std::size_t k = 0; k < paths.size(); ++k) {
+        outputs.push_back(std::make_unique<PendingOutput>(paths[k]));
+        const meshfile::NeqBytes image = split->tileImage(k);
+        outputs.back()->write(
+            std::string_view(reinterpret_cast<const char*>(image.data()), image.size()));
+    }
+    for (const auto& output : outputs)
+        output->commit();
+
+    status(mesh + ": wrote " + std::to_string(paths.size()) + " tile file" +
+           (paths.size() == 1 ? "" : "s"));
+    for (std::size_t k = 0; k < paths.size(); ++k)
+        status("  " + paths[k] + "  " + split->tiles()[k].name);
+    return kExitOk;
 }
 
 int run(const std::vector<std::string>& args) {
-    ParsedArgs parsed;
-    std::string error;
-    if (!parseArgs(args, {}, {"--split"}, parsed, error)) return usageError(kTilesCommand, error);
-    const std::size_t count = parsed.positional.size();
-    if (count == 0) return usageError(kTilesCommand, "missing FILE");
-    if (count > 2) return usageError(kTilesCommand, "too many arguments");
-    if (parsed.has("--split") != (count == 2))
-        return usageError(kTilesCommand,
-                          count == 2 ? "OUTBASE.NeQ needs --split" : "--split needs OUTBASE.NeQ");
-    if (count == 1) return printTileList(parsed.positional[0]);
-    return printTileSplit(parsed.positional[0], parsed.positional[1]);
+    const ParsedArgs parsed = parseArgs(kTilesCommand, args);
+    parsed.requirePositionals(1, 2);
+    const bool withBase = parsed.positional.size() == 2;
+    if (parsed.has("--split") != withBase)
+        throw UsageError(withBase ? "OUTBASE.NeQ needs --split" : "--split needs OUTBASE.NeQ");
+    if (!withBase) return printTileList(parsed.positional[0]);
+    return writeTileSplit(parsed.positional[0], parsed.positional[1]);
 }
 
 } // namespace
 
-bool listTilesOrReport(const std::string& mesh, meshfile::UvTileScan& scan) {
-    return !reportReadFailure(meshfile::listUvTiles(mesh.c_str(), scan), mesh, "UV");
+meshfile::UvTileScan listTilesOrFail(const std::string& mesh) {
+    const meshfile::NeqBytes bytes = loadNeqOrFail(mesh);
+    std::optional<meshfile::UvTileScan> scan = meshfile::scanUvTiles(meshfile::NeqView(bytes));
+    if (!scan) failWithoutBlock(mesh, "UV");
+    return std::move(*scan);
 }
 
-bool splitTilesOrReport(const std::string& mesh, const std::string& base,
-                        std::vector<std::string>& names) {
-    const float result = meshfile::splitUvTiles(mesh.c_str(), base.c_str(), names);
-    if (reportReadFailure(result, mesh, "UV")) return false;
-    // Success returns the tile count, which may itself exceed 1500; a failure at file k
-    // leaves exactly k names.
-    if (result == static_cast<float>(names.size())) return true;
-    printError("cannot create or write output file " +
-               meshfile::uvTileFilePath(meshfile::uvTileFileStem(base), names.size()) +
-               " (result " + std::to_string(static_cast<long>(result)) + ")");
-    return false;
+unsigned long countGroupsOrFail(const std::string& mesh) {
+    const meshfile::NeqBytes bytes = loadNeqOrFail(mesh);
+    const std::optional<std::size_t> groups =
+        meshfile::countDistinctGroups(meshfile::NeqView(bytes));
+    if (!groups) failWithoutBlock(mesh, "group");
+    return static_cast<unsigned long>(*groups);
 }
 
-bool countGroupsOrReport(const std::string& mesh, float& groups) {
-    groups = meshfile::countGroupsInFile(mesh.c_str());
-    // The group count reports the same -17 and -18 as the tile listing.
-    return !reportReadFailure(groups, mesh, "group");
+std::string tileFileStem(const std::string& outBase) {
+    const std::string name = lastNameOf(outBase);
+    const std::size_t dot = name.rfind('.');
+    if (dot == std::string::npos || dot == 0) return outBase;
+    return outBase.substr(0, outBase.size() - (name.size() - dot));
 }
 
-const Command kTilesCommand = {"tiles", "list the UV tiles of a NeQ file, or split it per tile",
-                               kHelp, run};
+const Command kTilesCommand = {
+    "tiles",
+    "list the UV tiles of a NeQ file, or split it per tile",
+    "FILE [OUTBASE.NeQ --split]",
+    "Lists the UV tiles of the NeQ mesh FILE, in the order the split numbers them; \"*\"\n"
+    "marks the tile of the last face. A face lies in the tile of the first (u, v) pair\n"
+    "of its UV record; tile \"_uU_vV\" is the unit square from (U, V) to (U+1, V+1), a\n"
+    "negative coordinate counting one tile further down (-0.25 lies in tile -1, -1.0 in\n"
+    "tile -2); tiles are ordered by name as text (\"_u-1_v0\", \"_u0_v0\", \"_u10_v0\",\n"
+    "\"_u2_v0\"). With OUTBASE.NeQ and --split, writes one NeQ file per tile instead,\n"
+    "named OUTBASE without its extension, the tile's position from 0 and \".NeQ\"\n"
+    "(\"out/head.NeQ\" gives \"out/head0.NeQ\", \"out/head1.NeQ\", ...; \"out/head\" the\n"
+    "same). Each holds FILE up to and including the UV block header, every UV pair moved\n"
+    "into the tile's square (-1, -1 for pairs outside it), then 16 zero bytes. The files\n"
+    "appear together once all are written; existing ones are replaced.\n",
+    {{"FILE", "NeQ mesh file with a UV block"},
+     {"OUTBASE.NeQ", "name the tile files are derived from (with --split)"}},
+    {{"--split", nullptr, "write one NeQ file per tile"}},
+    run,
+};
 
 } // namespace neq::cli

@@ -1,8 +1,8 @@
 #pragma once
 
 // The tile and group operations as `neqbridge tiles`, `neqbridge groups` and the demo
-// run them: each returns false after printing a message that translates the failure's
-// host result (-17/-1760 cannot open, -18 no block, 1500 + k + 1 tile file k failed).
+// run them. Each fails (throws Failure) with a message that names the file and the
+// reason, the host's code as detail.
 
 #include "meshfile/uv_tiles.h"
 
@@ -11,10 +11,12 @@
 
 namespace neq::cli {
 
-bool listTilesOrReport(const std::string& mesh, meshfile::UvTileScan& scan);
-// `names` receives the tiles whose files were written, also when a later one failed.
-bool splitTilesOrReport(const std::string& mesh, const std::string& base,
-                        std::vector<std::string>& names);
-bool countGroupsOrReport(const std::string& mesh, float& groups);
+meshfile::UvTileScan listTilesOrFail(const std::string& mesh);
+unsigned long countGroupsOrFail(const std::string& mesh);
+
+// The tile files the split writes for OUTBASE: OUTBASE without the extension of its
+// file name (a dot in a folder name or at the start of the name is kept), then the
+// tile's position, then ".NeQ": "out/head.NeQ" gives "out/head0.NeQ", "out/head1.NeQ"...
+std::string tileFileStem(const std::string& outBase);
 
 } // namespace neq::cli

@@ -2,9 +2,6 @@
 #include "command.h"
 #include "demo_steps.h"
 
-#include "foundation/output_file.h"
-
-#include <cstdio>
 #include <string>
 
 namespace neq::cli {
@@ -55,32 +52,21 @@ std::string targetScene(const std::string& name, int offset, const char* vertice
            shadingNodes(name);
 }
 
-bool writeScene(const std::string& path, const std::string& text) {
-    OutputFile file;
-    bool written = file.open(path.c_str(), "wb");
-    if (written) {
-        file.append(text);
-        written = file.close();
-    }
-    if (!written) {
-        printError("cannot write " + path);
-        return false;
-    }
-    std::printf("  wrote %s (%zu bytes)\n", path.c_str(), text.size());
-    return true;
+void writeScene(const std::string& path, const std::string& text) {
+    writeDemoFile(path, text);
+    statusf("  wrote %s (%zu bytes)", path.c_str(), text.size());
 }
 
 } // namespace
 
-bool demoBlendSteps(DemoContext& context) {
-    std::printf("\n-- blend-shape scene: base Head, targets Smile and Blink\n");
+void demoBlendSteps(DemoContext& context) {
+    status("\n-- blend-shape scene: base Head, targets Smile and Blink");
     const std::string base = context.dir + "Head.ma";
     const std::vector<std::string> targets = {context.dir + "Smile.ma", context.dir + "Blink.ma"};
-    const bool written =
-        writeScene(base, baseScene("Head")) &&
-        writeScene(targets[0], targetScene("Smile", 3, "-1 -1 0 1 -1 0 -1 1 0.5 1 1 0.5")) &&
-        writeScene(targets[1], targetScene("Blink", 6, "-1 -1 0.5 1 -1 0.5 -1 1 0 1 1 0"));
-    return written && assembleBlendScene(base, targets) == kExitOk;
+    writeScene(base, baseScene("Head"));
+    writeScene(targets[0], targetScene("Smile", 3, "-1 -1 0 1 -1 0 -1 1 0.5 1 1 0.5"));
+    writeScene(targets[1], targetScene("Blink", 6, "-1 -1 0.5 1 -1 0.5 -1 1 0 1 1 0"));
+    assembleBlendScene(base, targets);
 }
 
 } // namespace neq::cli

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace neq::cli {
 
@@ -11,9 +12,13 @@ struct DemoContext {
     std::string subdividedPath; // NeQ file of its subdivision, in the OBJ export's shape
 };
 
-// Each returns false after printing what failed. Steps run in this order.
-bool demoMeshSteps(DemoContext& context);
-bool demoTileSteps(DemoContext& context);
-bool demoBlendSteps(DemoContext& context);
+// The demo's steps, run in the order cmd_demo.cpp lists them. Each tells what it does
+// through status lines and throws Failure (command.h) when something fails.
+void demoMeshSteps(DemoContext& context);
+void demoTileSteps(DemoContext& context);
+void demoBlendSteps(DemoContext& context);
+
+// Writes a file of the demo through PendingOutput.
+void writeDemoFile(const std::string& path, std::string_view bytes);
 
 } // namespace neq::cli

@@ -1,10 +1,9 @@
 #include "cmd_tiles.h"
+#include "command.h"
 #include "demo_steps.h"
 
 #include "foundation/file_name_extract.h"
 #include "meshfile/uv_tiles_split.h"
-
-#include <cstdio>
 
 namespace neq::cli {
 namespace {
@@ -20,35 +19,41 @@ std::string joined(const std::vector<std::string>& items) {
     return text;
 }
 
+// The host's split, as the host calls it; its code says which tile file failed.
+std::vector<std::string> splitAsTheHostDoes(const std::string& mesh, const std::string& base) {
+    std::vector<std::string> names;
+    const float result = meshfile::splitUvTiles(mesh.c_str(), base.c_str(), names);
+    if (result == static_cast<float>(names.size())) return names;
+    const std::string failed =
+        meshfile::uvTileFilePath(meshfile::uvTileFileStem(base), names.size());
+    throw Failure("cannot write tile file " + quoted(failed) + " (GetUVsFromNeQ returned " +
+                  std::to_string(static_cast<long>(result)) + ")");
+}
+
 } // namespace
 
-bool demoTileSteps(DemoContext& context) {
-    std::printf("\n-- UV tiles and groups\n");
+void demoTileSteps(DemoContext& context) {
+    status("\n-- UV tiles and groups");
     const std::string& mesh = context.baseMeshPath;
     const std::string meshName = fileName(mesh);
 
-    meshfile::UvTileScan scan;
-    if (!listTilesOrReport(mesh, scan)) return false;
+    const meshfile::UvTileScan scan = listTilesOrFail(mesh);
     std::vector<std::string> tiles;
     for (const meshfile::UV_tile& tile : scan.tiles)
         tiles.push_back(tile.name);
-    std::printf("  GetUVTile(%s) = %zu: tiles %s; the last face lies in %s\n", meshName.c_str(),
-                tiles.size(), joined(tiles).c_str(), scan.lastTileName.c_str());
+    statusf("  GetUVTile(%s) = %zu: tiles %s; the last face lies in %s", meshName.c_str(),
+            tiles.size(), joined(tiles).c_str(), scan.lastTileName.c_str());
 
     const std::string base = context.dir + "tiles.NeQ";
-    std::vector<std::string> names;
-    if (!splitTilesOrReport(mesh, base, names)) return false;
+    const std::vector<std::string> names = splitAsTheHostDoes(mesh, base);
     std::vector<std::string> files;
     for (std::size_t k = 0; k < names.size(); ++k)
         files.push_back(fileName(meshfile::uvTileFilePath(meshfile::uvTileFileStem(base), k)) +
                         " (" + names[k] + ")");
-    std::printf("  GetUVsFromNeQ(%s, %s) = %zu: %s\n", meshName.c_str(), fileName(base).c_str(),
-                names.size(), joined(files).c_str());
+    statusf("  GetUVsFromNeQ(%s, %s) = %zu: %s", meshName.c_str(), fileName(base).c_str(),
+            names.size(), joined(files).c_str());
 
-    float groups = 0.0f;
-    if (!countGroupsOrReport(mesh, groups)) return false;
-    std::printf("  GetUVGroup(%s) = %g distinct groups\n", meshName.c_str(), groups);
-    return true;
+    statusf("  GetUVGroup(%s) = %lu distinct groups", meshName.c_str(), countGroupsOrFail(mesh));
 }
 
 } // namespace neq::cli

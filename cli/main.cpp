@@ -1,26 +1,47 @@
 // neqbridge: the command-line face of the library, for artists and pipeline scripts.
 
 #include "command.h"
+#include "files.h"
 
+#include <cerrno>
 #include <cstdio>
-#include <cstring>
+#include <new>
 #include <string>
 #include <vector>
+
+#ifndef NEQBRIDGE_TOOL_VERSION
+#define NEQBRIDGE_TOOL_VERSION "4.09"
+#endif
+
+// The host entry that reports the library's version.
+extern "C" float Version(char*, double, char*);
 
 namespace neq::cli {
 namespace {
 
+// The commands, in the order the overview lists them.
 const Command* const kCommands[] = {
-    &kDemoCommand,  &kInfoCommand,   &kObjCommand,  &kColorsCommand, &kCallCommand,
-    &kTilesCommand, &kGroupsCommand, &kNameCommand, &kBlendCommand,
+    &kDemoCommand,   &kInfoCommand, &kObjCommand,   &kColorsCommand, &kTilesCommand,
+    &kGroupsCommand, &kNameCommand, &kBlendCommand, &kCallCommand,
 };
 
+const char kToolUsage[] = "usage: neqbridge COMMAND [ARGS...]";
+
 void printOverview(std::FILE* stream) {
-    std::fputs("usage: neqbridge COMMAND [ARGS...]\n"
-               "       neqbridge COMMAND --help\n\ncommands:\n",
-               stream);
+    std::fprintf(stream,
+                 "%s\n       neqbridge COMMAND --help\n       neqbridge --version\n\n"
+                 "Runs the operations of the neqbridge library from a shell. Data goes to\n"
+                 "standard output, status lines and messages to standard error (-q silences\n"
+                 "status lines). Exit status: 0 done, 1 the operation failed, 2 wrong\n"
+                 "command line.\n\n",
+                 kToolUsage);
     for (const Command* command : kCommands)
         std::fprintf(stream, "  %-8s %s\n", command->name, command->summary);
+}
+
+void printVersion() {
+    std::printf("neqbridge %s (library %g)\n", NEQBRIDGE_TOOL_VERSION,
+                static_cast<double>(Version(nullptr, 0.0, nullptr)));
 }
 
 bool wantsHelp(const std::vector<std::string>& args) {
@@ -31,22 +52,37 @@ bool wantsHelp(const std::vector<std::string>& args) {
     return false;
 }
 
-} // namespace
-
-void printError(const std::string& message) {
-    std::fprintf(stderr, "neqbridge: %s\n", message.c_str());
-}
-
-int usageError(const Command& command, const std::string& message) {
-    printError(message);
-    const char* newline = std::strchr(command.help, '\n');
-    const int usageLength = newline ? static_cast<int>(newline - command.help)
-                                    : static_cast<int>(std::strlen(command.help));
-    std::fprintf(stderr, "%.*s\n(see: neqbridge %s --help)\n", usageLength, command.help,
-                 command.name);
+int toolUsageError(const std::string& reason) {
+    std::fprintf(stderr, "neqbridge: %s\n%s\n", reason.c_str(), kToolUsage);
     return kExitUsage;
 }
 
+// Data that cannot reach stdout (a full disk, a closed pipe) is a failure too.
+int finishStdout(int exitCode) {
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return exitCode;
+    printError("cannot write to standard output: " + reasonOf(errno));
+    return kExitFailed;
+}
+
+int runCommand(const Command& command, const std::vector<std::string>& args) {
+    setRunningCommand(&command);
+    if (wantsHelp(args)) {
+        std::fputs(helpText(command).c_str(), stdout);
+        return kExitOk;
+    }
+    try {
+        return command.run(args);
+    } catch (const UsageError& error) {
+        return usageError(command, error.what());
+    } catch (const Failure& error) {
+        printError(error.what());
+    } catch (const std::bad_alloc&) {
+        printError("out of memory");
+    }
+    return kExitFailed;
+}
+
+} // namespace
 } // namespace neq::cli
 
 int main(int argc, char** argv) {
@@ -58,18 +94,15 @@ int main(int argc, char** argv) {
     const std::string name = argv[1];
     if (name == "--help" || name == "-h" || name == "help") {
         printOverview(stdout);
-        return kExitOk;
+        return finishStdout(kExitOk);
     }
+    if (name == "--version") {
+        printVersion();
+        return finishStdout(kExitOk);
+    }
+    if (name.size() > 1 && name[0] == '-') return toolUsageError("unknown option " + quoted(name));
     const std::vector<std::string> args(argv + 2, argv + argc);
-    for (const Command* command : kCommands) {
-        if (name != command->name) continue;
-        if (wantsHelp(args)) {
-            std::fputs(command->help, stdout);
-            return kExitOk;
-        }
-        return command->run(args);
-    }
-    printError("unknown command '" + name + "'");
-    printOverview(stderr);
-    return kExitUsage;
+    for (const Command* command : kCommands)
+        if (name == command->name) return finishStdout(runCommand(*command, args));
+    return toolUsageError("unknown command " + quoted(name));
 }

@@ -9,8 +9,9 @@
 
 namespace neq::cli {
 
-// Loads the file; false after printing the host's "cannot open input file" (-1760).
-bool loadNeqOrReport(const std::string& path, meshfile::NeqBytes& bytes);
+// The file's bytes as the library loads them; fails (throws Failure) with the reason
+// in words when it cannot be read, the host's code -1760 as detail.
+meshfile::NeqBytes loadNeqOrFail(const std::string& path);
 
 // The readers take whatever block stands first for the one they expect; this warns
 // when it is another. `where` follows "at offset 32" in the message (e.g. " of X").

@@ -21,9 +21,12 @@ TEST(CallCommand, PrintsResultsAndTextOfCallsSharingOneLibrary) {
 }
 
 TEST(CallCommand, UnknownEntryOrMissingLibraryFails) {
-    expectRuns(
-        {{"call NoSuchEntry", 2, "unknown entry 'NoSuchEntry'; the entries are:\n  Version"}});
-    expectRuns({{"call Version", 1, "cannot load the library /nonexistent/none.so"}},
+    expectRuns({{"call NoSuchEntry", 2,
+                 "neqbridge call: unknown entry 'NoSuchEntry'; the entries are Version, "
+                 "addBlendFile, endBlendFile,"},
+                {"call --bogus Version", 2, "neqbridge call: unknown option '--bogus'\nusage:"},
+                {"call Version --", 2, "neqbridge call: missing ENTRY\n"}});
+    expectRuns({{"call Version", 1, "call: cannot load the library '/nonexistent/none.so': "}},
                "NEQBRIDGE_LIBRARY=/nonexistent/none.so");
 }
 

@@ -20,11 +20,12 @@ int countLines(const std::string& text, const std::string& prefix) {
 TEST(DemoMesh, WritesTheSampleMeshItsObjAndColours) {
     TempDir dir;
     const ToolRun run = runTool("demo " + dir.path());
-    ASSERT_EQ(run.exitCode, 0) << run.output;
+    ASSERT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, dir.path() + "/\n");
     for (const char* name :
          {"base.NeQ", "base_faces.NeQ", "subdivided.NeQ", "subdivided.obj", "colors.txt"}) {
         EXPECT_TRUE(fileExists(dir.file(name))) << name;
-        EXPECT_NE(run.output.find(name), std::string::npos) << name;
+        EXPECT_NE(run.errors.find(name), std::string::npos) << name;
     }
 
     // 6 quads and 3 triangles become 33 quads in 9 runs of 4 and 3, over 47 vertices.
@@ -43,14 +44,28 @@ TEST(DemoMesh, WritesTheSampleMeshItsObjAndColours) {
     EXPECT_NE(colours.find("#RGB  281ec8 641e96 "), std::string::npos);
 }
 
-TEST(DemoMesh, StopsWithAMessageWhenItCannotWrite) {
+// Without DIR the demo writes into ./neqbridge-demo and says so; -q leaves the path.
+TEST(DemoCommand, DefaultsToAFolderInTheWorkingFolderAndPrintsItsPath) {
+    TempDir dir;
+    const ToolRun run = runTool("demo -q", false, "cd " + dir.path() + " &&");
+    ASSERT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, dir.path() + "/neqbridge-demo/\n");
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"neqbridge-demo"});
+    EXPECT_TRUE(fileExists(dir.file("neqbridge-demo/Head.ma")));
+}
+
+TEST(DemoCommand, RefusesUnknownOptionsAndFilesForItsFolder) {
     TempDir dir;
     writeFile(dir.file("plain-file"), "not a folder");
-    const ToolRun run = runTool("demo " + dir.file("plain-file"), true);
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.output.find("cannot write " + dir.file("plain-file") + "/base.NeQ"),
-              std::string::npos)
-        << run.output;
+    expectRuns(
+        {{"demo --bogus", 2, "demo: unknown option '--bogus'\nusage: neqbridge demo [DIR]\n"},
+         {"demo a b", 2, "demo: unexpected argument 'b'\n"},
+         {"demo plain-file", 1, "demo: 'plain-file' is a file, not a folder\n"},
+         {"demo none/deeper", 1,
+          "demo: cannot create folder 'none/deeper': No such file or directory\n"}},
+        "cd " + dir.path() + " &&");
+    EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"plain-file"});
 }
 
 } // namespace

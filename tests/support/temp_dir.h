@@ -3,6 +3,7 @@
 // Test helpers: a temporary folder per test and whole-file reads and writes.
 
 #include <string>
+#include <vector>
 
 namespace neq::test {
 
@@ -23,6 +24,8 @@ class TempDir {
 };
 
 std::string readFile(const std::string& path);
+// The names in a folder, "." and ".." left out, sorted.
+std::vector<std::string> listFolder(const std::string& path);
 bool fileExists(const std::string& path);
 void writeFile(const std::string& path, const std::string& bytes);
 // A golden file under tests/data, e.g. readTestData("blend/no_targets.ma").

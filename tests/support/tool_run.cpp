@@ -1,5 +1,7 @@
 #include "support/tool_run.h"
 
+#include "support/temp_dir.h"
+
 #include <gtest/gtest.h>
 
 #include <sys/wait.h>
@@ -9,8 +11,10 @@
 namespace neq::test {
 
 ToolRun runTool(const std::string& arguments, bool withErrors, const std::string& environment) {
+    const TempDir errorsDir;
+    const std::string errorsPath = errorsDir.file("stderr");
     const std::string command = environment + " " + NEQBRIDGE_CLI_PATH + " " + arguments +
-                                (withErrors ? " 2>&1" : " 2>/dev/null");
+                                (withErrors ? " 2>&1" : " 2>'" + errorsPath + "'");
     ToolRun run;
     std::FILE* pipe = ::popen(command.c_str(), "r");
     if (pipe == nullptr) return run;
@@ -19,14 +23,14 @@ ToolRun runTool(const std::string& arguments, bool withErrors, const std::string
         run.output.append(chunk, got);
     const int status = ::pclose(pipe);
     if (WIFEXITED(status)) run.exitCode = WEXITSTATUS(status);
+    if (!withErrors) run.errors = readFile(errorsPath);
     return run;
 }
 
 void expectRuns(const std::vector<ExpectedRun>& runs, const std::string& environment) {
     for (const ExpectedRun& expected : runs) {
         const ToolRun run = runTool(expected.arguments, true, environment);
-        const std::string message =
-            expected.exitCode == 0 ? expected.message : "neqbridge: " + expected.message;
+        const std::string& message = expected.message;
         EXPECT_EQ(run.exitCode, expected.exitCode) << expected.arguments << "\n" << run.output;
         EXPECT_NE(run.output.find(message), std::string::npos) << expected.arguments << "\n"
                                                                << run.output;

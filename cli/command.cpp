@@ -1,0 +1,95 @@
+#include "command.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+
+namespace neq::cli {
+namespace {
+
+const Command* runningCommand = nullptr;
+bool quietMode = false;
+
+const Option kQuietOption = {"-q, --quiet", nullptr,
+                             "print no status lines (errors and warnings stay)"};
+const Option kHelpOption = {"-h, --help", nullptr, "print this help"};
+
+std::string optionLabel(const Option& option) {
+    return option.valueName ? std::string(option.name) + " " + option.valueName : option.name;
+}
+
+} // namespace
+
+void setRunningCommand(const Command* command) {
+    runningCommand = command;
+}
+
+void printError(const std::string& message) {
+    const std::string prefix =
+        runningCommand ? std::string("neqbridge ") + runningCommand->name : "neqbridge";
+    std::fprintf(stderr, "%s: %s\n", prefix.c_str(), message.c_str());
+}
+
+void warn(const std::string& message) {
+    printError("warning: " + message);
+}
+
+void status(const std::string& line) {
+    if (!quietMode) std::fprintf(stderr, "%s\n", line.c_str());
+}
+
+void statusf(const char* format, ...) {
+    if (quietMode) return;
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vfprintf(stderr, format, arguments);
+    va_end(arguments);
+    std::fputc('\n', stderr);
+}
+
+void setQuiet(bool quiet) {
+    quietMode = quiet;
+}
+
+bool isQuiet() {
+    return quietMode;
+}
+
+std::string usageLine(const Command& command) {
+    return std::string("usage: neqbridge ") + command.name + " " + command.usage;
+}
+
+int usageError(const Command& command, const std::string& message) {
+    const Command* saved = runningCommand;
+    runningCommand = &command;
+    printError(message);
+    runningCommand = saved;
+    std::fprintf(stderr, "%s\n", usageLine(command).c_str());
+    return kExitUsage;
+}
+
+std::string helpText(const Command& command) {
+    std::vector<std::pair<std::string, const char*>> rows;
+    for (const Argument& argument : command.arguments)
+        rows.emplace_back(argument.name, argument.help);
+    for (const Option& option : command.options)
+        rows.emplace_back(optionLabel(option), option.help);
+    for (const Option* option : {&kQuietOption, &kHelpOption})
+        rows.emplace_back(optionLabel(*option), option->help);
+    std::size_t width = 0;
+    for (const auto& row : rows)
+        width = std::max(width, row.first.size());
+
+    std::string text = usageLine(command) + "\n\n" + command.description;
+    if (text.back() != '\n') text += '\n';
+    text += '\n';
+    for (const auto& [label, help] : rows)
+        text += "  " + label + std::string(width - label.size() + 2, ' ') + help + "\n";
+    return text;
+}
+
+std::string quoted(const std::string& path) {
+    return "'" + path + "'";
+}
+
+} // namespace neq::cli

@@ -1,0 +1,98 @@
+// What every command of the tool shares: help layout, usage errors, --version, where
+// data and messages go.
+
+#include "support/tool_run.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace neq::test {
+namespace {
+
+const char* const kCommands[] = {"demo",   "info", "obj",   "colors", "tiles",
+                                 "groups", "name", "blend", "call"};
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = text.find('\n', start);
+        lines.push_back(text.substr(start, end - start));
+        start = end == std::string::npos ? text.size() : end + 1;
+    }
+    return lines;
+}
+
+// usage line, empty line, one paragraph, empty line, then one aligned row per argument
+// and option, -q and -h last.
+TEST(ToolConventions, EveryHelpTextHasOneLayout) {
+    for (const std::string command : kCommands) {
+        const ToolRun run = runTool(command + " --help", true);
+        EXPECT_EQ(run.exitCode, 0) << command;
+        const std::vector<std::string> lines = linesOf(run.output);
+        ASSERT_GT(lines.size(), 6u) << command;
+        EXPECT_EQ(lines[0].rfind("usage: neqbridge " + command + " ", 0), 0u) << command;
+        EXPECT_EQ(lines[1], "") << command;
+        std::size_t row = 2;
+        while (row < lines.size() && !lines[row].empty())
+            EXPECT_LE(lines[row++].size(), 88u) << command << ": " << lines[row - 1];
+        EXPECT_GT(row, 2u) << command;
+        const std::vector<std::string> rows(lines.begin() + row + 1, lines.end());
+        ASSERT_GE(rows.size(), 2u) << command;
+        EXPECT_EQ(rows[rows.size() - 2].rfind("  -q, --quiet  ", 0), 0u) << command;
+        EXPECT_EQ(rows.back().rfind("  -h, --help ", 0), 0u) << command;
+        const std::size_t column = rows.back().find_first_not_of(' ', 12);
+        for (const std::string& line : rows) {
+            EXPECT_EQ(line.rfind("  ", 0), 0u) << command << ": " << line;
+            EXPECT_EQ(line.substr(column - 2, 2), "  ") << command << ": " << line;
+            EXPECT_NE(line[column], ' ') << command << ": " << line;
+        }
+        EXPECT_EQ(runTool(command + " -h").output, run.output) << command;
+    }
+}
+
+// One rule for a wrong command line: the reason and the usage line on stderr, exit 2.
+TEST(ToolConventions, UnknownOptionsAreUsageErrorsEverywhere) {
+    for (const std::string command : kCommands) {
+        const std::string usage = linesOf(runTool(command + " --help").output)[0];
+        const ToolRun run = runTool(command + " --bogus x y");
+        EXPECT_EQ(run.exitCode, 2) << command;
+        EXPECT_EQ(run.output, "") << command;
+        EXPECT_EQ(run.errors,
+                  "neqbridge " + command + ": unknown option '--bogus'\n" + usage + "\n");
+    }
+    expectRuns({
+        {"", 2, "usage: neqbridge COMMAND [ARGS...]"},
+        {"--bogus", 2, "neqbridge: unknown option '--bogus'\nusage: neqbridge COMMAND [ARGS...]\n"},
+        {"bogus", 2, "neqbridge: unknown command 'bogus'\nusage: neqbridge COMMAND [ARGS...]\n"},
+        {"obj a b c --level", 2, "neqbridge obj: option --level needs a value N\n"},
+        {"obj a b c --level=0", 2, "obj: --level must be a whole number of subdivision levels"},
+        {"info --json=1 a", 2, "neqbridge info: option --json takes no value\n"},
+        {"colors a", 2,
+         "neqbridge colors: missing OUT.txt\nusage: neqbridge colors FILE OUT.txt\n"},
+        {"colors a b c", 2, "neqbridge colors: unexpected argument 'c'\n"},
+    });
+}
+
+TEST(ToolConventions, VersionOverviewAndStandardOutput) {
+    ToolRun run = runTool("--version");
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, "neqbridge 4.09 (library 4.09)\n");
+    run = runTool("--help");
+    EXPECT_EQ(run.exitCode, 0);
+    for (const std::string command : kCommands)
+        EXPECT_NE(run.output.find("\n  " + command + " "), std::string::npos) << command;
+
+    // Options may follow the positionals; "--" ends them.
+    run = runTool("name A -q -- -B");
+    EXPECT_EQ(run.output, "A\n_B\n");
+    // Data that cannot be written is a failure too.
+    run = runTool("name A >/dev/full");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.errors,
+              "neqbridge name: cannot write to standard output: No space left on device\n");
+}
+
+} // namespace
+} // namespace neq::test
