@@ -116,18 +116,18 @@ const Command kBlendCommand = {
     "blend",
     "assemble a blend-shape scene from target scenes",
     "BASE.ma TARGET.ma...",
-    "Builds a blend-shape scene the way the host does: every TARGET scene is appended to\n"
-    "the BASE scene in the order given, then the statements that put a blend-shape\n"
-    "deformer on the base mesh, one weight per target (all 0, each named after its\n"
-    "target) and a script node that opens the blend-shape editor. Node names come from\n"
-    "file names without folder and extension (\"scenes/Smile.ma\" gives \"Smile\"); the\n"
-    "base scene must hold \"{base}Shape\", \"{base}ShapeOrig\", \"{base}:defaultMat\",\n"
-    "\"{base}:defaultMat1\", \"{base}:materialInfo1\" and \"v:defaultMat1\", each target\n"
-    "\"{target}\", \"{target}Shape\", \"{target}:groupId1\", \"{target}:defaultMat\",\n"
-    "\"{target}:defaultMat1\" and \"{target}:materialInfo1\". Every file read adds its last\n"
-    "byte once more, as the host's scenes always have. All targets are checked first and\n"
-    "BASE is replaced only once complete; a base that already holds a deformer from an\n"
-    "earlier run is refused.\n",
+    "Builds a blend-shape scene the way the host does: every TARGET scene is appended to "
+    "the BASE scene in the order given, then the statements that put a blend-shape "
+    "deformer on the base mesh, one weight per target (all 0, each named after its "
+    "target) and a script node that opens the blend-shape editor. Node names come from "
+    "file names without folder and extension (\"scenes/Smile.ma\" gives \"Smile\"); the "
+    "base scene must hold \"{base}Shape\", \"{base}ShapeOrig\", \"{base}:defaultMat\", "
+    "\"{base}:defaultMat1\", \"{base}:materialInfo1\" and \"v:defaultMat1\", each target "
+    "\"{target}\", \"{target}Shape\", \"{target}:groupId1\", \"{target}:defaultMat\", "
+    "\"{target}:defaultMat1\" and \"{target}:materialInfo1\". Every file read adds its last "
+    "byte once more, as the host's scenes always have. All targets are checked first and "
+    "BASE is replaced only once complete; a base that already holds a deformer from an "
+    "earlier run is refused.",
     {{"BASE.ma", "the base scene, changed in place"},
      {"TARGET.ma...", "one or more target scenes, only read"}},
     {},

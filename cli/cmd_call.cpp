@@ -138,21 +138,21 @@ const Command kCallCommand = {
     "call",
     "call a host entry of the shared library, as the host does",
     "[-q] ENTRY [TEXT [OUT-IN]] [-- ENTRY [TEXT [OUT-IN]]]...",
-    "Loads the shared library ($NEQBRIDGE_LIBRARY, or " NEQBRIDGE_LIBRARY_FILE " beside this\n"
-    "tool) and calls host entries exactly as the host does: float ENTRY(char* text,\n"
-    "double number, char* out), with text = TEXT (null when omitted), number = 0 and out\n"
-    "a 64 KiB buffer that starts out holding OUT-IN (AddFile and addBlendFile read it as\n"
-    "a path). Each call prints its result (printf %g) and, when the buffer then holds\n"
-    "text, a tab and that text. Calls separated by \"--\" run one after another in one\n"
-    "process, sharing the library's state (open folder, name registry, name list); every\n"
-    "run of neqbridge starts with that state empty. Exit status 0 means every call was\n"
-    "made, whatever the results. Entries: Version; addBlendFile TARGET BASE;\n"
-    "endBlendFile BASE; clearUVString; ClearNameSet; CheckName NAME; OpenFolder FOLDER;\n"
-    "GetFile; CloseFolder; SetFolder FOLDER; FileDelete FILE; GetPublicFolder;\n"
-    "CreateFolder FOLDER; AddFile SOURCE DESTINATION; NeQMergeUVs FILE.\n",
+    "Loads the shared library ($NEQBRIDGE_LIBRARY, or " NEQBRIDGE_LIBRARY_FILE " beside this "
+    "tool) and calls host entries exactly as the host does: float ENTRY(char* text, "
+    "double number, char* out), with text = TEXT (null when omitted), number = 0 and out "
+    "a 64 KiB buffer that starts out holding OUT-IN (AddFile and addBlendFile read it as "
+    "a path). Each call prints its result (printf %g) and, when the buffer then holds "
+    "text, a tab and that text. Calls separated by \"--\" run one after another in one "
+    "process, sharing the library's state (open folder, name registry, name list); every "
+    "run of neqbridge starts with that state empty. Exit status 0 means every call was "
+    "made, whatever the results. Entries: Version; addBlendFile TARGET BASE; "
+    "endBlendFile BASE; clearUVString; ClearNameSet; CheckName NAME; OpenFolder FOLDER; "
+    "GetFile; CloseFolder; SetFolder FOLDER; FileDelete FILE; GetPublicFolder; "
+    "CreateFolder FOLDER; AddFile SOURCE DESTINATION; NeQMergeUVs FILE.",
     {{"ENTRY", "one of the fifteen host entry names"},
      {"TEXT", "the text argument; --null for a null pointer"},
-     {"OUT-IN", "what the output buffer holds before the call; --null for a null pointer"}},
+     {"OUT-IN", "what the output buffer holds first; --null for a null pointer"}},
     {},
     run,
 };

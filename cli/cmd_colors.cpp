@@ -39,12 +39,12 @@ const Command kColorsCommand = {
     "colors",
     "write the RGB colour block of a NeQ file",
     "FILE OUT.txt",
-    "Writes the vertex colours of the NeQ file FILE to OUT.txt as the RGB block that OBJ\n"
-    "exports carry, as the host's ReadVertColorNeq does: a comment line, lines\n"
-    "\"#RGB  rrggbb rrggbb ...\" of up to 32 colours in lower-case hexadecimal, then\n"
-    "\"# End of RGB block\". Whatever block stands first in FILE is read as colours, with\n"
-    "a warning when it is not the colour block; a count larger than the file holds\n"
-    "stops at the end of the file.\n",
+    "Writes the vertex colours of the NeQ file FILE to OUT.txt as the RGB block that OBJ "
+    "exports carry, as the host's ReadVertColorNeq does: a comment line, lines "
+    "\"#RGB  rrggbb rrggbb ...\" of up to 32 colours in lower-case hexadecimal, then "
+    "\"# End of RGB block\". Whatever block stands first in FILE is read as colours, with "
+    "a warning when it is not the colour block; a count larger than the file holds "
+    "stops at the end of the file.",
     {{"FILE", "NeQ file whose first block (offset 32) is the colour block"},
      {"OUT.txt", "the text file; created, or replaced once it is complete"}},
     {},

@@ -62,11 +62,11 @@ const Command kDemoCommand = {
     "demo",
     "run the library on a built-in sample mesh",
     "[DIR]",
-    "Runs the library on a built-in sample mesh, as the host would: writes the mesh and\n"
-    "its subdivision as NeQ files, exports OBJ and colours, lists and splits the UV\n"
-    "tiles, counts the groups and assembles a blend-shape scene, all into DIR, telling\n"
-    "what it does on the way. Prints DIR's full path when done.\n",
-    {{"DIR", "folder to write into, created if missing (default ./neqbridge-demo)"}},
+    "Runs the library on a built-in sample mesh, as the host would: writes the mesh and "
+    "its subdivision as NeQ files, exports OBJ and colours, lists and splits the UV "
+    "tiles, counts the groups and assembles a blend-shape scene, all into DIR, telling "
+    "what it does on the way. Prints DIR's full path when done.",
+    {{"DIR", "folder to write into, made if missing (default ./neqbridge-demo)"}},
     {},
     run,
 };

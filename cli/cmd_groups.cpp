@@ -22,8 +22,8 @@ const Command kGroupsCommand = {
     "groups",
     "count the distinct groups of a NeQ file",
     "FILE",
-    "Prints how many distinct polygroup identifiers the group block of the NeQ mesh\n"
-    "FILE holds (one signed 16-bit identifier per face).\n",
+    "Prints how many distinct polygroup identifiers the group block of the NeQ mesh "
+    "FILE holds (one signed 16-bit identifier per face).",
     {{"FILE", "NeQ mesh file with a group block"}},
     {},
     run,

@@ -132,19 +132,18 @@ const Command kInfoCommand = {
     "info",
     "list the blocks of a NeQ file",
     "FILE [--json]",
-    "Lists the blocks of the NeQ mesh file FILE and says what is malformed. The chain is\n"
-    "walked as the library's readers walk it: from offset 32, each block skipped by its\n"
-    "length (16 bytes when it is 0) until the end-of-chain block or the end of the file.\n"
-    "Each block shows its offset, tag and kind, length and record count; problems are a\n"
-    "file shorter than its header, a truncated block header, a block past the end of the\n"
-    "file, a length shorter than a header, a count that does not match the length, and a\n"
-    "missing end-of-chain block. A file that starts with a vertex block is also checked\n"
-    "the way the OBJ export reads it (the colour block 4 bytes after the end of the block\n"
-    "after the vertex block, the face block after the colours). Exit status 0 means the\n"
-    "chain is well formed or the OBJ export layout ready, 1 that neither is.\n",
+    "Lists the blocks of the NeQ mesh file FILE and says what is malformed. The chain is "
+    "walked as the library's readers walk it: from offset 32, each block skipped by its "
+    "length (16 bytes when it is 0) until the end-of-chain block or the end of the file. "
+    "Each block shows its offset, tag and kind, length and record count; problems are a "
+    "file shorter than its header, a truncated block header, a block past the end of the "
+    "file, a length shorter than a header, a count that does not match the length, and a "
+    "missing end-of-chain block. A file that starts with a vertex block is also checked "
+    "the way the OBJ export reads it (the colour block 4 bytes after the end of the block "
+    "after the vertex block, the face block after the colours). Exit status 0 means the "
+    "chain is well formed or the OBJ export layout ready, 1 that neither is.",
     {{"FILE", "NeQ mesh file"}},
-    {{"--json", nullptr,
-      "print one JSON object: file, size, blocks, terminated, problems, objExport..."}},
+    {{"--json", nullptr, "print the same as one JSON object"}},
     run,
 };
 

@@ -26,12 +26,12 @@ const Command kNameCommand = {
     "name",
     "run names through the unique-name registry",
     "NAME...",
-    "Runs each NAME, in order, through the unique-name registry the host reaches with\n"
-    "CheckName, starting from an empty registry, and prints the unique name it gets, one\n"
-    "per line. Spaces and dashes become \"_\"; a name handed out before gets \"_copy\" and\n"
-    "the first free number from 1, and a name that already contains \"_copy\" keeps the\n"
-    "text up to its first \"_copy\" (\"Head\", \"Head\", \"Head_copy1\" give \"Head\",\n"
-    "\"Head_copy1\", \"Head_copy2\"). Names that start with \"-\" go after \"--\".\n",
+    "Runs each NAME, in order, through the unique-name registry the host reaches with "
+    "CheckName, starting from an empty registry, and prints the unique name it gets, one "
+    "per line. Spaces and dashes become \"_\"; a name handed out before gets \"_copy\" and "
+    "the first free number from 1, and a name that already contains \"_copy\" keeps the "
+    "text up to its first \"_copy\" (\"Head\", \"Head\", \"Head_copy1\" give \"Head\", "
+    "\"Head_copy1\", \"Head_copy2\"). Names that start with \"-\" go after \"--\".",
     {{"NAME...", "one or more proposed names"}},
     {},
     run,

@@ -104,15 +104,15 @@ const Command kObjCommand = {
     "obj",
     "export a subdivided NeQ mesh as OBJ, grouped by base face",
     "BASE SUBDIVIDED OUT.obj [--level N]",
-    "Writes the subdivided mesh SUBDIVIDED as the Wavefront OBJ file OUT.obj, the way\n"
-    "the host plug-in does: the vertices, the RGB colour block, and the faces grouped\n"
-    "under \"#FaceID i\" comments naming the base face i of BASE each run came from (a\n"
-    "quad becomes 4^N faces, a triangle 3*4^(N-1)). BASE and SUBDIVIDED must match at\n"
-    "level N, or nothing is written. Note: the header line \"#Face count\" prints the\n"
-    "length field of SUBDIVIDED's colour block, not the number of faces; the host's OBJ\n"
-    "files have always carried that value there, so it is kept.\n",
+    "Writes the subdivided mesh SUBDIVIDED as the Wavefront OBJ file OUT.obj, the way "
+    "the host plug-in does: the vertices, the RGB colour block, and the faces grouped "
+    "under \"#FaceID i\" comments naming the base face i of BASE each run came from (a "
+    "quad becomes 4^N faces, a triangle 3*4^(N-1)). BASE and SUBDIVIDED must match at "
+    "level N, or nothing is written. Note: the header line \"#Face count\" prints the "
+    "length field of SUBDIVIDED's colour block, not the number of faces; the host's OBJ "
+    "files have always carried that value there, so it is kept.",
     {{"BASE", "NeQ file whose first block is the base mesh's face block"},
-     {"SUBDIVIDED", "NeQ file laid out for the export (vertex, any, colour and face blocks)"},
+     {"SUBDIVIDED", "NeQ file laid out for the export: vertex, any, colour, face"},
      {"OUT.obj", "the OBJ file; created, or replaced once the export is complete"}},
     {{"--level", "N", "subdivision levels from BASE to SUBDIVIDED, 1 to 15 (default 1)"}},
     run,

@@ -114,17 +114,17 @@ const Command kTilesCommand = {
     "tiles",
     "list the UV tiles of a NeQ file, or split it per tile",
     "FILE [OUTBASE.NeQ --split]",
-    "Lists the UV tiles of the NeQ mesh FILE, in the order the split numbers them; \"*\"\n"
-    "marks the tile of the last face. A face lies in the tile of the first (u, v) pair\n"
-    "of its UV record; tile \"_uU_vV\" is the unit square from (U, V) to (U+1, V+1), a\n"
-    "negative coordinate counting one tile further down (-0.25 lies in tile -1, -1.0 in\n"
-    "tile -2); tiles are ordered by name as text (\"_u-1_v0\", \"_u0_v0\", \"_u10_v0\",\n"
-    "\"_u2_v0\"). With OUTBASE.NeQ and --split, writes one NeQ file per tile instead,\n"
-    "named OUTBASE without its extension, the tile's position from 0 and \".NeQ\"\n"
-    "(\"out/head.NeQ\" gives \"out/head0.NeQ\", \"out/head1.NeQ\", ...; \"out/head\" the\n"
-    "same). Each holds FILE up to and including the UV block header, every UV pair moved\n"
-    "into the tile's square (-1, -1 for pairs outside it), then 16 zero bytes. The files\n"
-    "appear together once all are written; existing ones are replaced.\n",
+    "Lists the UV tiles of the NeQ mesh FILE, in the order the split numbers them; \"*\" "
+    "marks the tile of the last face. A face lies in the tile of the first (u, v) pair "
+    "of its UV record; tile \"_uU_vV\" is the unit square from (U, V) to (U+1, V+1), a "
+    "negative coordinate counting one tile further down (-0.25 lies in tile -1, -1.0 in "
+    "tile -2); tiles are ordered by name as text (\"_u-1_v0\", \"_u0_v0\", \"_u10_v0\", "
+    "\"_u2_v0\"). With OUTBASE.NeQ and --split, writes one NeQ file per tile instead, "
+    "named OUTBASE without its extension, the tile's position from 0 and \".NeQ\" "
+    "(\"out/head.NeQ\" gives \"out/head0.NeQ\", \"out/head1.NeQ\", ...; \"out/head\" the "
+    "same). Each holds FILE up to and including the UV block header, every UV pair moved "
+    "into the tile's square (-1, -1 for pairs outside it), then 16 zero bytes. The files "
+    "appear together once all are written; existing ones are replaced.",
     {{"FILE", "NeQ mesh file with a UV block"},
      {"OUTBASE.NeQ", "name the tile files are derived from (with --split)"}},
     {{"--split", nullptr, "write one NeQ file per tile"}},

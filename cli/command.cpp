@@ -14,6 +14,32 @@ const Option kQuietOption = {"-q, --quiet", nullptr,
                              "print no status lines (errors and warnings stay)"};
 const Option kHelpOption = {"-h, --help", nullptr, "print this help"};
 
+constexpr std::size_t kHelpWidth = 79;
+
+// The paragraph as lines of at most kHelpWidth columns, broken at spaces; line breaks in
+// the text count as spaces.
+std::string wrapped(const std::string& paragraph) {
+    std::string text;
+    std::size_t lineStart = 0;
+    std::size_t at = 0;
+    while (at < paragraph.size()) {
+        const std::size_t wordStart = paragraph.find_first_not_of(" \n", at);
+        if (wordStart == std::string::npos) break;
+        std::size_t wordEnd = paragraph.find_first_of(" \n", wordStart);
+        if (wordEnd == std::string::npos) wordEnd = paragraph.size();
+        const std::size_t length = wordEnd - wordStart;
+        if (text.size() > lineStart && text.size() - lineStart + 1 + length > kHelpWidth) {
+            text += '\n';
+            lineStart = text.size();
+        } else if (text.size() > lineStart) {
+            text += ' ';
+        }
+        text.append(paragraph, wordStart, length);
+        at = wordEnd;
+    }
+    return text + '\n';
+}
+
 std::string optionLabel(const Option& option) {
     return option.valueName ? std::string(option.name) + " " + option.valueName : option.name;
 }
@@ -80,9 +106,7 @@ std::string helpText(const Command& command) {
     for (const auto& row : rows)
         width = std::max(width, row.first.size());
 
-    std::string text = usageLine(command) + "\n\n" + command.description;
-    if (text.back() != '\n') text += '\n';
-    text += '\n';
+    std::string text = usageLine(command) + "\n\n" + wrapped(command.description) + "\n";
     for (const auto& [label, help] : rows)
         text += "  " + label + std::string(width - label.size() + 2, ' ') + help + "\n";
     return text;

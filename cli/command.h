@@ -52,7 +52,7 @@ struct Command {
     const char* name;
     const char* summary;     // one line for the command list
     const char* usage;       // what follows "usage: neqbridge NAME "
-    const char* description; // one paragraph, lines wrapped by hand under 80 columns
+    const char* description; // one paragraph; the help wraps it at 79 columns
     std::vector<Argument> arguments;
     std::vector<Option> options; // besides -q/--quiet and -h/--help
     int (*run)(const std::vector<std::string>& args);

@@ -64,9 +64,4 @@ const char* blockKindName(std::uint32_t tag);
 // "tag 20001 (face block)", or "the end of the file" for a tag that lies past it.
 std::string describeFoundTag(std::optional<std::uint32_t> found);
 
-// A sentence for a user saying what went wrong and ending with the host code, e.g.
-// "cannot open input file a.neq (code -1760)". Empty for Written.
-std::string describeFailure(const ExportOutcome& outcome, const std::string& inPath,
-                            const std::string& outPath);
-
 } // namespace neq::meshfile

@@ -36,7 +36,7 @@ TEST(ToolConventions, EveryHelpTextHasOneLayout) {
         EXPECT_EQ(lines[1], "") << command;
         std::size_t row = 2;
         while (row < lines.size() && !lines[row].empty())
-            EXPECT_LE(lines[row++].size(), 88u) << command << ": " << lines[row - 1];
+            EXPECT_LE(lines[row++].size(), 79u) << command << ": " << lines[row - 1];
         EXPECT_GT(row, 2u) << command;
         const std::vector<std::string> rows(lines.begin() + row + 1, lines.end());
         ASSERT_GE(rows.size(), 2u) << command;
