@@ -24,15 +24,16 @@ mode_t newFileMode() {
 } // namespace
 
 PendingOutput::PendingOutput(const std::string& destination, Naming naming)
-    : destination_(destination), target_(followLinks(destination)) {
+    : destination_(destination) {
     struct stat info {};
-    const bool exists = ::stat(target_.c_str(), &info) == 0;
-    if ((exists && S_ISDIR(info.st_mode)) || lastNameOf(target_).empty())
+    const bool exists = ::stat(destination_.c_str(), &info) == 0;
+    if ((exists && S_ISDIR(info.st_mode)) || lastNameOf(destination_).empty())
         throw Failure("output " + quoted(destination_) + " is a folder, not a file");
     if (exists && !S_ISREG(info.st_mode)) {
-        writePath_ = target_;
+        writePath_ = destination_;
         return;
     }
+    target_ = followLinks(destination_);
     std::string pattern = folderOf(target_) + "/." + lastNameOf(target_) + ".neqbridge-XXXXXX";
     std::vector<char> name(pattern.begin(), pattern.end());
     name.push_back('\0');

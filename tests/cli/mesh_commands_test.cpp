@@ -126,6 +126,15 @@ TEST_F(MeshCommands, OutputsThatNameAnInputAreRefusedAndTheInputKept) {
     EXPECT_EQ(readFile(subdividedPath), subBytes);
 }
 
+// A device or pipe cannot be replaced, so it is written directly.
+TEST_F(MeshCommands, DevicesAndPipesAreWrittenDirectly) {
+    const ToolRun run = runTool("colors -q " + subdividedPath + " /dev/stdout");
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output.rfind("# The following RGB block", 0), 0u);
+    EXPECT_NE(run.output.find("\n# End of RGB block\n"), std::string::npos);
+    EXPECT_EQ(runTool("obj " + basePath + " " + subdividedPath + " /dev/null").exitCode, 0);
+}
+
 // A failing export leaves neither a partial file nor a damaged earlier one, and no
 // temporary file; a successful one keeps a symbolic link in place.
 TEST_F(MeshCommands, FailedExportsLeaveEarlierOutputsAndNoTemporaryFiles) {
