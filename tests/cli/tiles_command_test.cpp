@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace neq::test {
 namespace {
@@ -84,6 +85,16 @@ TEST_F(TilesCommand, RefusesFoldersAndDevicesAndLeavesNoPartialFiles) {
     after.insert(after.begin() + 2, {"m0.NeQ", "m1.NeQ"});
     EXPECT_EQ(listFolder(dir.path()), after);
     EXPECT_TRUE(listFolder(dir.file("sub")).empty());
+}
+
+// Root writes into any folder, so this needs an ordinary user to mean anything.
+TEST_F(TilesCommand, ReportsAFolderItCannotWriteIntoInWords) {
+    if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind root";
+    ASSERT_EQ(::mkdir(dir.file("locked").c_str(), 0500), 0);
+    expectRuns(
+        {{"tiles " + mesh + " " + dir.file("locked/t.NeQ") + " --split", 1,
+          "tiles: cannot create output '" + dir.file("locked/t0.NeQ") + "': Permission denied\n"}});
+    EXPECT_TRUE(listFolder(dir.file("locked")).empty());
 }
 
 TEST_F(TilesCommand, TranslatesReadFailuresAndRejectsWrongCommandLines) {
