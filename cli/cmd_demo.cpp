@@ -21,6 +21,7 @@ void (*const kDemoSteps[])(DemoContext&) = {
     demoMeshSteps,
     demoTileSteps,
     demoBlendSteps,
+    demoBridgeSteps,
 };
 
 // Creates the folder (one level; an existing folder is fine) and returns its absolute

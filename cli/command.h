@@ -68,6 +68,9 @@ extern const Command kTilesCommand;
 extern const Command kGroupsCommand;
 extern const Command kNameCommand;
 extern const Command kBlendCommand;
+extern const Command kConfigCommand;
+extern const Command kAppCommand;
+extern const Command kBridgeCommand;
 
 // The command line is wrong: exit 2 with the reason and the usage line.
 class UsageError : public std::runtime_error {

@@ -21,8 +21,8 @@ namespace {
 
 // The commands, in the order the overview lists them.
 const Command* const kCommands[] = {
-    &kDemoCommand,   &kInfoCommand, &kObjCommand,   &kColorsCommand, &kTilesCommand,
-    &kGroupsCommand, &kNameCommand, &kBlendCommand, &kCallCommand,
+    &kDemoCommand, &kInfoCommand,  &kObjCommand,  &kColorsCommand, &kTilesCommand, &kGroupsCommand,
+    &kNameCommand, &kBlendCommand, &kCallCommand, &kConfigCommand, &kAppCommand,   &kBridgeCommand,
 };
 
 const char kToolUsage[] = "usage: neqbridge COMMAND [ARGS...]";

@@ -94,7 +94,8 @@ bool replaceFileContents(const char* path, const std::string& bytes) {
     std::string temporary;
     const int fd = target.empty() ? -1 : createTemporaryBeside(target, temporary);
     if (fd < 0) return writeDirectly(path, bytes);
-    bool ok = writeAll(fd, bytes);
+    // On disk before the rename, so a crash cannot leave an empty file in its place.
+    bool ok = writeAll(fd, bytes) && ::fsync(fd) == 0;
     if (ok && exists) ok = ::fchmod(fd, existing.st_mode & 07777) == 0;
     ok = (::close(fd) == 0) && ok;
     if (ok) ok = ::rename(temporary.c_str(), target.c_str()) == 0;

@@ -4,12 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <dirent.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <functional>
 #include <string>
 
@@ -42,18 +40,6 @@ Replaced replace(const std::string& path, const char* token, const char* value) 
     const bool written = P::replaceTokenInConfigFile(VDString(path.c_str()), VDString(token),
                                                      VDString(value), &found);
     return {written, found, fileExists(path) ? readFile(path) : std::string()};
-}
-
-std::vector<std::string> entries(const std::string& folder) {
-    std::vector<std::string> names;
-    DIR* dir = ::opendir(folder.c_str());
-    while (const dirent* entry = ::readdir(dir))
-        if (entry->d_name[0] != '.' ||
-            (std::string(entry->d_name) != "." && std::string(entry->d_name) != ".."))
-            names.push_back(entry->d_name);
-    ::closedir(dir);
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 unsigned modeOf(const std::string& path) {
@@ -136,7 +122,7 @@ TEST(ConfigEntry, ReplaceCreatesTheFileButNoFolder) {
     ::mkdir(dir.file("folder").c_str(), 0755);
     EXPECT_FALSE(P::replaceTokenInConfigFile(VDString(dir.file("folder").c_str()), VDString("PATH"),
                                              VDString("v"), nullptr));
-    EXPECT_EQ(entries(dir.path()), (std::vector<std::string>{"folder", "new.txt"}));
+    EXPECT_EQ(listFolder(dir.path()), (std::vector<std::string>{"folder", "new.txt"}));
 }
 
 TEST(ConfigEntry, ReplaceGoesThroughATemporaryFileKeepingModeAndLinks) {
@@ -151,7 +137,7 @@ TEST(ConfigEntry, ReplaceGoesThroughATemporaryFileKeepingModeAndLinks) {
     ::stat(path.c_str(), &after);
     EXPECT_NE(before.st_ino, after.st_ino) << "the file is replaced by a rename";
     EXPECT_EQ(modeOf(path), 0640u);
-    EXPECT_EQ(entries(dir.path()), std::vector<std::string>{"c.txt"});
+    EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"c.txt"});
 
     // Through a symbolic link the file it leads to is replaced; the link stays.
     ASSERT_EQ(::symlink("c.txt", dir.file("link").c_str()), 0);
@@ -169,7 +155,7 @@ TEST(ConfigEntry, ReplaceWritesDirectlyWhereNoTemporaryFileFits) {
     writeFile(path, "A = 1\n");
     EXPECT_TRUE(replace(path, "A", "2").written);
     EXPECT_EQ(readFile(path), "A = 2\n");
-    EXPECT_EQ(entries(dir.path()).size(), 1u);
+    EXPECT_EQ(listFolder(dir.path()).size(), 1u);
     // Not a regular file: written to, never replaced.
     EXPECT_TRUE(replace("/dev/null", "A", "1").written);
     struct stat null {};
@@ -201,7 +187,7 @@ TEST(ConfigEntry, ReplaceLeavesAReadOnlyFileAlone) {
                                             nullptr);
     }));
     EXPECT_EQ(readFile(path), "A = 1\n");
-    EXPECT_EQ(entries(dir.path()), std::vector<std::string>{"c.txt"});
+    EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"c.txt"});
 }
 
 } // namespace

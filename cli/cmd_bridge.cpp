@@ -1,0 +1,118 @@
+#include "args.h"
+#include "command.h"
+#include "files.h"
+
+#include "bridge/path_entry.h"
+#include "bridge/shared_folder_names.h"
+#include "bridge/vd_neq.h"
+#include "foundation/vd_disk_server.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+
+namespace neq::cli {
+namespace {
+
+const char kConfigFile[] = "NeQ_Config.txt";
+
+void paths() {
+    const char* variable = std::getenv(bridge::kPublicFolderVariable);
+    if (variable && *variable)
+        status(std::string("public folder moved by ") + bridge::kPublicFolderVariable);
+    const std::pair<const char*, const VDString&> folders[] = {
+        {"public folder", VDNeQ::s_publicFolder},
+        {"host", VDNeQ::s_NeQBrushFolder},
+        {"applications", VDNeQ::s_NeQAppsFolder},
+        {"projects", VDNeQ::s_NeQProjectsFolder},
+        {"default project", VDNeQ::s_NeQDefaultProjectFolder},
+    };
+    for (const auto& [label, folder] : folders)
+        std::printf("%-16s %-8s %s\n", label,
+                    VDDiskServer::folderExists(folder) ? "exists" : "missing", folder.c_str());
+}
+
+// Prints the PATH entry of a NeQ_Config.txt file, or fails when it has none.
+void printPathEntry(const VDString& configFile, const std::string& whose) {
+    bool found = false;
+    const VDString path = bridge::readPathEntry(configFile, &found);
+    if (!found) throw Failure("no " + whose + " path recorded in " + quoted(configFile.c_str()));
+    std::printf("%s\n", path.c_str());
+}
+
+void writePathEntry(const VDString& configFile, const std::string& path) {
+    VDString folder(configFile);
+    VDDiskServer::extractPathFromFilename(folder);
+    if (!VDDiskServer::folderExists(folder))
+        throw Failure("cannot write " + quoted(configFile.c_str()) + ": the folder " +
+                      quoted(folder.c_str()) + " does not exist (the bridge never creates it)");
+    errno = 0;
+    if (!bridge::writePathEntry(configFile, VDString(path.c_str())))
+        throw Failure("cannot write " + quoted(configFile.c_str()) + ": " + reasonOf(errno));
+    status("recorded " + quoted(path) + " in " + quoted(configFile.c_str()));
+}
+
+// An application's folder name: one path component.
+void requireAppName(const std::string& app) {
+    if (app.empty() || app == "." || app == ".." || app.find('/') != std::string::npos)
+        throw UsageError("APP must be a folder name, not '" + app + "'");
+}
+
+void requireOneLine(const std::string& path) {
+    if (path.empty() || path.find_first_of("\n\r") != std::string::npos)
+        throw UsageError("PATH must be one line, not empty");
+}
+
+int run(const std::vector<std::string>& args) {
+    const ParsedArgs parsed = parseArgs(kBridgeCommand, args);
+    parsed.requirePositionals(1, 3);
+    const std::vector<std::string>& p = parsed.positional;
+    if (p[0] == "paths") {
+        parsed.requirePositionals(1, 1);
+        paths();
+    } else if (p[0] == "host-path") {
+        parsed.requirePositionals(1, 2);
+        const VDString configFile = VDNeQ::getClayvoFile(VDString(kConfigFile));
+        if (p.size() == 1) {
+            printPathEntry(configFile, "host");
+        } else {
+            requireOneLine(p[1]);
+            writePathEntry(configFile, p[1]);
+        }
+    } else if (p[0] == "app-path") {
+        parsed.requirePositionals(2, 3);
+        requireAppName(p[1]);
+        const VDString configFile =
+            VDNeQ::getAppFile(VDString(p[1].c_str()), VDString(kConfigFile));
+        if (p.size() == 2) {
+            printPathEntry(configFile, "'" + p[1] + "'");
+        } else {
+            requireOneLine(p[2]);
+            writePathEntry(configFile, p[2]);
+        }
+    } else {
+        throw UsageError("unknown action '" + p[0] + "' (paths, host-path or app-path)");
+    }
+    return kExitOk;
+}
+
+} // namespace
+
+const Command kBridgeCommand = {
+    "bridge",
+    "the bridge's shared folders and installed-location files",
+    "paths | host-path [PATH] | app-path APP [PATH]",
+    "paths lists the bridge's shared folders and whether each exists. host-path prints\n"
+    "the host's installed location, the PATH entry of NeQBrush/NeQ_Config.txt, or\n"
+    "records PATH there; app-path does the same for the target application APP in\n"
+    "NeQApps/APP/NeQ_Config.txt. Folders are never created. The shared folder is\n"
+    "/Users/Shared/Vandrel unless the environment variable NEQBRIDGE_PUBLIC_FOLDER\n"
+    "names another.\n",
+    {{"paths|host-path|app-path", "the action"},
+     {"APP", "for app-path: its folder name under NeQApps"},
+     {"PATH", "the installed location to record (read it when absent)"}},
+    {},
+    run,
+};
+
+} // namespace neq::cli

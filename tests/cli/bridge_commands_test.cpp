@@ -1,0 +1,172 @@
+#include "support/temp_dir.h"
+#include "support/tool_run.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <string>
+
+namespace neq::test {
+namespace {
+
+// The tool with the shared folder moved into dir.
+std::string movedTo(const TempDir& dir) {
+    return "NEQBRIDGE_PUBLIC_FOLDER='" + dir.path() + "/'";
+}
+
+TEST(ConfigCommand, GetsAndSetsOneEntry) {
+    TempDir dir;
+    const std::string file = dir.file("NeQ_Config.txt");
+    writeFile(file, "other = 1\npath = \"/Applications/App.app\"\n");
+    ToolRun run = runTool("config get " + file + " PATH");
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, "/Applications/App.app\n");
+
+    run = runTool("config set " + file + " Path '\"/opt/app\"'");
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.errors, "replaced 'Path' in '" + file + "'\n");
+    EXPECT_EQ(readFile(file), "PATH = \"/opt/app\"\nother = 1\n");
+    EXPECT_EQ(runTool("config set -q " + dir.file("new.txt") + " k v").errors, "");
+    EXPECT_EQ(readFile(dir.file("new.txt")), "K = v\n");
+    EXPECT_EQ(runTool("config get " + dir.file("new.txt") + " k").output, "v\n");
+
+    expectRuns({
+        {"config get " + file + " missing", 1,
+         "neqbridge config: no key 'missing' in '" + file + "'"},
+        {"config get " + dir.file("none") + " K", 1,
+         "neqbridge config: cannot open input '" + dir.file("none") +
+             "': No such file or directory"},
+        {"config set " + dir.file("no/c.txt") + " K v", 1,
+         "cannot write '" + dir.file("no/c.txt") + "': No such file or directory"},
+        {"config set " + dir.path() + " K v", 1, "is a folder, not a file"},
+        {"config get " + file, 2, "neqbridge config: missing KEY"},
+        {"config set " + file + " K", 2, "missing VALUE"},
+        {"config get " + file + " 'a=b'", 2, "holds '=' or a line end"},
+        {"config set " + file + " ' K' v", 2, "starts or ends with a blank"},
+        {"config set " + file + " K \"$(printf 'a\\nb')\"", 2, "VALUE must be one line"},
+        {"config put " + file + " K", 2, "unknown action 'put'"},
+    });
+    EXPECT_EQ(readFile(file), "PATH = \"/opt/app\"\nother = 1\n");
+    EXPECT_FALSE(fileExists(dir.file("no")));
+}
+
+const char kDescription[] = "NAME \"Maya\"\nNEQ_VERSION 2\nIMPORT_FLIP_Y True\n"
+                            "NORMAL_MAP_FLIP_XY 1\nEDIT_COMMAND run \"x\"\n";
+
+TEST(AppCommand, PrintsTheRecordAsTextOrJson) {
+    TempDir dir;
+    writeFile(dir.file("app.txt"), kDescription);
+    ToolRun run = runTool("app " + dir.file("app.txt"));
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, "name            Maya\n"
+                          "extension       -\n"
+                          "template        -\n"
+                          "locate command  -\n"
+                          "init command    -\n"
+                          "edit command    run \"x\"\n"
+                          "version         2\n"
+                          "flags           IMPORT_FLIP_Y NORMAL_MAP_FLIP_XY\n");
+    EXPECT_EQ(run.errors, "");
+
+    run = runTool("app --json " + dir.file("app.txt"));
+    EXPECT_EQ(run.exitCode, 0);
+    const std::string json = run.output;
+    EXPECT_EQ(json.rfind("{\"file\":\"" + dir.file("app.txt") +
+                             "\",\"name\":\"Maya\",\"extension\":\"\",\"template\":\"\","
+                             "\"locateCommand\":\"\",\"initCommand\":\"\",\"editCommand\":"
+                             "\"run \\\"x\\\"\",\"version\":2,\"flags\":{\"IMPORT_FLIP_X\":false,"
+                             "\"IMPORT_FLIP_Y\":true,",
+                         0),
+              0u)
+        << json;
+    EXPECT_NE(json.find("\"NORMAL_MAP_FLIP_X\":false,"), std::string::npos);
+    EXPECT_NE(json.find("\"NORMAL_MAP_FLIP_XY\":true,"), std::string::npos);
+    EXPECT_EQ(json.substr(json.size() - 28), "\"EXPORT_MSWITCH_YZ\":false}}\n");
+
+    writeFile(dir.file("cut.txt"), "NAME a\nNEQ_VERSION 3");
+    run = runTool("app " + dir.file("cut.txt"));
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_NE(run.output.find("version         1\n"), std::string::npos);
+    EXPECT_EQ(run.errors, "neqbridge app: warning: the last line of '" + dir.file("cut.txt") +
+                              "' has no line end and is ignored\n");
+
+    writeFile(dir.file("empty.txt"), "");
+    expectRuns({{"app " + dir.file("empty.txt"), 1,
+                 "neqbridge app: '" + dir.file("empty.txt") + "' is empty"},
+                {"app " + dir.file("none.txt"), 1, "cannot open input"},
+                {"app " + dir.path(), 1, "is a folder, not a file"},
+                {"app", 2, "missing FILE"}});
+}
+
+TEST(BridgeCommand, PathsFollowTheVariableWhenTheLibraryLoads) {
+    const ToolRun standard = runTool("bridge paths", false, "env -u NEQBRIDGE_PUBLIC_FOLDER");
+    EXPECT_EQ(standard.exitCode, 0);
+    EXPECT_NE(standard.output.find(" /Users/Shared/Vandrel/NeQProjects/Default\n"),
+              std::string::npos);
+
+    TempDir dir;
+    ::mkdir(dir.file("NeQBrush").c_str(), 0755);
+    const ToolRun moved = runTool("bridge paths", false, movedTo(dir));
+    EXPECT_EQ(moved.exitCode, 0);
+    EXPECT_EQ(moved.output,
+              "public folder    exists   " + dir.path() + "\n" + "host             exists   " +
+                  dir.path() + "/NeQBrush\n" + "applications     missing  " + dir.path() +
+                  "/NeQApps\n" + "projects         missing  " + dir.path() + "/NeQProjects\n" +
+                  "default project  missing  " + dir.path() + "/NeQProjects/Default\n");
+    EXPECT_EQ(moved.errors, "public folder moved by NEQBRIDGE_PUBLIC_FOLDER\n");
+    EXPECT_EQ(runTool("bridge paths", false, "NEQBRIDGE_PUBLIC_FOLDER=").output, standard.output);
+}
+
+TEST(BridgeCommand, ReadsAndWritesInstalledLocations) {
+    TempDir dir;
+    const std::string env = movedTo(dir);
+    ::mkdir(dir.file("NeQBrush").c_str(), 0755);
+    ::mkdir(dir.file("NeQApps").c_str(), 0755);
+    ::mkdir(dir.file("NeQApps/Maya").c_str(), 0755);
+
+    ToolRun run = runTool("bridge host-path '/Applications/Clay vo.app'", false, env);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(readFile(dir.file("NeQBrush/NeQ_Config.txt")),
+              "PATH = \"/Applications/Clay vo.app\"\n");
+    EXPECT_EQ(runTool("bridge host-path", false, env).output, "/Applications/Clay vo.app\n");
+
+    EXPECT_EQ(runTool("bridge app-path Maya /opt/maya", false, env).exitCode, 0);
+    EXPECT_EQ(readFile(dir.file("NeQApps/Maya/NeQ_Config.txt")), "PATH = \"/opt/maya\"\n");
+    EXPECT_EQ(runTool("bridge app-path Maya", false, env).output, "/opt/maya\n");
+
+    expectRuns({{"bridge app-path Blender", 1,
+                 "neqbridge bridge: no 'Blender' path recorded in '" + dir.path() +
+                     "/NeQApps/Blender/NeQ_Config.txt'"},
+                {"bridge app-path Blender /x", 1, "does not exist (the bridge never creates it)"},
+                {"bridge app-path ../NeQBrush /x", 2, "APP must be a folder name"},
+                {"bridge app-path", 2, "missing APP"},
+                {"bridge host-path ''", 2, "PATH must be one line"},
+                {"bridge paths extra", 2, "neqbridge bridge:"},
+                {"bridge fly", 2, "unknown action 'fly'"}},
+               env);
+    EXPECT_FALSE(fileExists(dir.file("NeQApps/Blender")));
+    EXPECT_EQ(readFile(dir.file("NeQBrush/NeQ_Config.txt")),
+              "PATH = \"/Applications/Clay vo.app\"\n");
+
+    TempDir empty;
+    expectRuns({{"bridge host-path", 1, "no host path recorded"},
+                {"bridge host-path /x", 1, "the folder '" + empty.path() + "/NeQBrush/'"}},
+               movedTo(empty));
+    EXPECT_FALSE(fileExists(empty.file("NeQBrush")));
+}
+
+TEST(BridgeCommand, DemoWritesAndReadsBackTheBridgeFiles) {
+    TempDir dir;
+    const ToolRun run = runTool("demo " + dir.path(), true);
+    ASSERT_EQ(run.exitCode, 0) << run.output;
+    EXPECT_NE(run.output.find("name \"Sample Modeller\""), std::string::npos) << run.output;
+    EXPECT_NE(run.output.find("IMPORT_FLIP_Y EXPORT_SWITCH_YZ NORMAL_MAP_FLIP_XY"),
+              std::string::npos);
+    EXPECT_EQ(readFile(dir.file("NeQ_Config.txt")),
+              "PATH = \"/Applications/Sample Modeller.app\"\n# installed location\nOTHER = kept\n");
+    EXPECT_EQ(runTool("app " + dir.file("NeQ_App.txt")).exitCode, 0);
+}
+
+} // namespace
+} // namespace neq::test
