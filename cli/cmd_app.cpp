@@ -94,11 +94,11 @@ const Command kAppCommand = {
     "app",
     "show the record a target application's description file gives",
     "FILE [--json]",
-    "Reads FILE, a target application's description of KEY value lines (NAME,\n"
-    "NEQ_VERSION, EXTENSION, TAMPLATE, the three commands and 26 flag keys), the way the\n"
-    "bridge does, and prints the record: the text fields (\"-\" for an empty one), the\n"
-    "version and the flags that are set, by key name. Keys are matched ignoring case as\n"
-    "line prefixes; a last line without a line end is ignored.\n",
+    "Reads FILE, a target application's description of KEY value lines (NAME, "
+    "NEQ_VERSION, EXTENSION, TAMPLATE, the three commands and 26 flag keys), the way the "
+    "bridge does, and prints the record: the text fields (\"-\" for an empty one), the "
+    "version and the flags that are set, by key name. Keys are matched ignoring case as "
+    "line prefixes; a last line without a line end is ignored.",
     {{"FILE", "target application description file"}},
     {{"--json", nullptr, "print the record as one JSON object, every flag by key name"}},
     run,

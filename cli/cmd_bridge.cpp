@@ -102,12 +102,12 @@ const Command kBridgeCommand = {
     "bridge",
     "the bridge's shared folders and installed-location files",
     "paths | host-path [PATH] | app-path APP [PATH]",
-    "paths lists the bridge's shared folders and whether each exists. host-path prints\n"
-    "the host's installed location, the PATH entry of NeQBrush/NeQ_Config.txt, or\n"
-    "records PATH there; app-path does the same for the target application APP in\n"
-    "NeQApps/APP/NeQ_Config.txt. Folders are never created. The shared folder is\n"
-    "/Users/Shared/Vandrel unless the environment variable NEQBRIDGE_PUBLIC_FOLDER\n"
-    "names another.\n",
+    "paths lists the bridge's shared folders and whether each exists. host-path prints "
+    "the host's installed location, the PATH entry of NeQBrush/NeQ_Config.txt, or "
+    "records PATH there; app-path does the same for the target application APP in "
+    "NeQApps/APP/NeQ_Config.txt. Folders are never created. The shared folder is "
+    "/Users/Shared/Vandrel unless the environment variable NEQBRIDGE_PUBLIC_FOLDER "
+    "names another.",
     {{"paths|host-path|app-path", "the action"},
      {"APP", "for app-path: its folder name under NeQApps"},
      {"PATH", "the installed location to record (read it when absent)"}},

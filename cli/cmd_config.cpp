@@ -68,11 +68,11 @@ const Command kConfigCommand = {
     "config",
     "read or change one KEY = value entry of a configuration file",
     "get FILE KEY | set FILE KEY VALUE",
-    "get prints the value of the first line of FILE whose key is KEY, case ignored,\n"
-    "without one pair of enclosing double quotes; it fails when there is none. set\n"
-    "makes \"KEY = VALUE\" (KEY in capitals, VALUE as given) the first line of FILE and\n"
-    "leaves out every other line of that key; FILE is created when missing (its folder\n"
-    "is not) and replaced through a temporary file, keeping its permissions.\n",
+    "get prints the value of the first line of FILE whose key is KEY, case ignored, "
+    "without one pair of enclosing double quotes; it fails when there is none. set "
+    "makes \"KEY = VALUE\" (KEY in capitals, VALUE as given) the first line of FILE and "
+    "leaves out every other line of that key; FILE is created when missing (its folder "
+    "is not) and replaced through a temporary file, keeping its permissions.",
     {{"get|set", "the action"},
      {"FILE", "configuration file of KEY = value lines"},
      {"KEY", "the entry's key"},
