@@ -30,24 +30,15 @@ class Descriptor {
     int fd_;
 };
 
-bool fail(std::string& reason, const std::string& what) {
-    reason = what + ": " + std::strerror(errno);
+// The operating system's reason for the last failed call.
+bool fail(std::string& reason) {
+    reason = std::strerror(errno);
     return false;
 }
 
 bool notRegular(const struct stat& info, std::string& reason) {
     if (S_ISREG(info.st_mode)) return false;
-    reason = S_ISDIR(info.st_mode) ? "it is a folder" : "it is not a regular file";
-    return true;
-}
-
-bool writeAll(int fd, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
+    reason = S_ISDIR(info.st_mode) ? "it is a folder, not a file" : "it is not a regular file";
     return true;
 }
 
@@ -71,12 +62,11 @@ mode_t newFileMode() {
 }
 
 // The host's way, kept for folders that take no new file: truncate and write.
-bool overwriteInPlace(const std::string& target, std::string_view bytes, mode_t mode,
-                      std::string& reason) {
+bool overwriteInPlace(const std::string& target, const std::function<bool(int fd)>& write,
+                      mode_t mode, std::string& reason) {
     Descriptor file(::open(target.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode));
-    if (file.get() < 0) return fail(reason, "cannot open it for writing");
-    if (!writeAll(file.get(), bytes) || ::fsync(file.get()) != 0 || !file.close())
-        return fail(reason, "cannot write it");
+    if (file.get() < 0 || !write(file.get()) || ::fsync(file.get()) != 0 || !file.close())
+        return fail(reason);
     return true;
 }
 
@@ -91,16 +81,15 @@ void syncFolder(const std::string& folder) {
 bool readRegularFile(const char* path, std::string& bytes, std::string& reason) {
     bytes.clear();
     Descriptor file(::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    if (file.get() < 0) return fail(reason, "cannot open it");
     struct stat info {};
-    if (::fstat(file.get(), &info) != 0) return fail(reason, "cannot read it");
+    if (file.get() < 0 || ::fstat(file.get(), &info) != 0) return fail(reason);
     if (notRegular(info, reason)) return false;
     bytes.resize(static_cast<std::size_t>(info.st_size));
     std::size_t used = 0;
     while (used < bytes.size()) {
         const ssize_t got = ::read(file.get(), &bytes[used], bytes.size() - used);
         if (got < 0 && errno == EINTR) continue;
-        if (got < 0) return fail(reason, "cannot read it");
+        if (got < 0) return fail(reason);
         if (got == 0) break; // it shrank meanwhile: what is there is the file
         used += static_cast<std::size_t>(got);
     }
@@ -108,16 +97,31 @@ bool readRegularFile(const char* path, std::string& bytes, std::string& reason) 
     return true;
 }
 
+bool writeAll(int fd, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
 bool replaceFile(const char* path, std::string_view bytes, std::string& reason) {
+    return replaceFile(
+        path, [bytes](int fd) { return writeAll(fd, bytes); }, reason);
+}
+
+bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std::string& reason) {
     const std::string target = finalTarget(path);
     mode_t mode = newFileMode();
     {
         // Probe without truncating: a file we may not write is left alone.
         Descriptor probe(::open(target.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
-        if (probe.get() < 0 && errno != ENOENT) return fail(reason, "cannot open it for writing");
+        if (probe.get() < 0 && errno != ENOENT) return fail(reason);
         struct stat info {};
         if (probe.get() >= 0) {
-            if (::fstat(probe.get(), &info) != 0) return fail(reason, "cannot open it for writing");
+            if (::fstat(probe.get(), &info) != 0) return fail(reason);
             if (notRegular(info, reason)) return false;
             mode = info.st_mode & 07777;
         }
@@ -125,11 +129,10 @@ bool replaceFile(const char* path, std::string_view bytes, std::string& reason) 
     const std::string folder = folderOf(target);
     std::string temporary = folder + "/." + target.substr(target.rfind('/') + 1) + ".XXXXXX";
     Descriptor file(::mkstemp(&temporary[0]));
-    if (file.get() < 0) return overwriteInPlace(target, bytes, mode, reason);
-    if (!writeAll(file.get(), bytes) || ::fsync(file.get()) != 0 ||
-        ::fchmod(file.get(), mode) != 0 || !file.close() ||
-        ::rename(temporary.c_str(), target.c_str()) != 0) {
-        fail(reason, "cannot write it");
+    if (file.get() < 0) return overwriteInPlace(target, write, mode, reason);
+    if (!write(file.get()) || ::fsync(file.get()) != 0 || ::fchmod(file.get(), mode) != 0 ||
+        !file.close() || ::rename(temporary.c_str(), target.c_str()) != 0) {
+        fail(reason);
         ::unlink(temporary.c_str());
         return false;
     }

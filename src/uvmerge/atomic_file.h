@@ -3,13 +3,15 @@
 // Whole-file reads that never block and whole-file replacements that never leave a
 // damaged file: the file layer around the UV rewrite.
 
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace neq::uvmerge {
 
 // Reads a regular file whole. A folder, FIFO or device is refused at once (the open
-// does not wait for a writer). False with the reason in words.
+// does not wait for a writer). False with the reason in words: the system's ("No such
+// file or directory"), "it is a folder, not a file" or "it is not a regular file".
 bool readRegularFile(const char* path, std::string& bytes, std::string& reason);
 
 // Makes `bytes` the content of the file at `path`. A symbolic link keeps pointing where
@@ -19,7 +21,15 @@ bool readRegularFile(const char* path, std::string& bytes, std::string& reason);
 // permission bits (or those of a new file under the umask), and renamed over the
 // target. Only when that folder takes no new file is the target overwritten in place.
 // On any failure before the rename the target is left as it was and the temporary
-// file is removed. False with the reason in words.
+// file is removed. False with the reason in words, as readRegularFile gives it.
 bool replaceFile(const char* path, std::string_view bytes, std::string& reason);
+
+// The same, with the content written by `write` to the open file descriptor it is given
+// (positioned at the start of an empty file). `write` returns false, with errno set,
+// when it cannot write.
+bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std::string& reason);
+
+// Writes all of `bytes` to `fd`; false with errno set when it cannot.
+bool writeAll(int fd, std::string_view bytes);
 
 } // namespace neq::uvmerge

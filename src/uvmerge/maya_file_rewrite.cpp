@@ -5,25 +5,58 @@
 #include "uvmerge/vd_uv_merge_algo.h"
 
 namespace neq::uvmerge {
+namespace {
 
-MayaFileWeld weldMayaFile(const char* input, const char* output) {
-    MayaFileWeld weld;
+// Text straight to a file descriptor.
+class FileSink final : public TextSink {
+  public:
+    explicit FileSink(int fd) : fd_(fd) {}
+    bool write(const char* data, std::size_t size) override {
+        return writeAll(fd_, std::string_view(data, size));
+    }
+
+  private:
+    int fd_;
+};
+
+// Reads the scene and welds it; `welded` is called with the weld of an accepted scene.
+template <class Welded> MayaFileWeld weldScene(const char* input, Welded welded) {
+    MayaFileWeld result;
     std::string scene;
-    if (!readRegularFile(input, scene, weld.reason)) {
-        weld.failure = MayaFileWeld::Failure::read;
-        return weld;
+    if (!readRegularFile(input, scene, result.reason)) {
+        result.failure = MayaFileWeld::Failure::read;
+        return result;
     }
-    weld.rewrite = rewriteMayaUvs(scene);
-    scene = std::string(); // the input's memory is not needed while writing
-    if (!weld.rewrite.ok) {
-        weld.failure = MayaFileWeld::Failure::refused;
-        weld.reason = weld.rewrite.refusal;
-        return weld;
+    const MayaSceneWeld weld(scene);
+    result.rewrite = weld.outcome();
+    if (!result.rewrite.ok) {
+        result.failure = MayaFileWeld::Failure::refused;
+        result.reason = result.rewrite.refusal;
+        return result;
     }
-    if (!replaceFile(output ? output : input, weld.rewrite.text, weld.reason))
-        weld.failure = MayaFileWeld::Failure::write;
-    weld.rewrite.text = std::string();
-    return weld;
+    welded(weld, result);
+    return result;
+}
+
+} // namespace
+
+MayaFileWeld rewriteMayaFile(const char* input) {
+    return weldScene(input, [](const MayaSceneWeld& weld, MayaFileWeld& result) {
+        StringSink sink(result.rewrite.text);
+        weld.write(sink);
+    });
+}
+
+// The new text goes from the weld to the file in pieces; it is never held whole.
+MayaFileWeld weldMayaFile(const char* input, const char* output) {
+    return weldScene(input, [output, input](const MayaSceneWeld& weld, MayaFileWeld& result) {
+        const auto write = [&weld](int fd) {
+            FileSink sink(fd);
+            return weld.write(sink);
+        };
+        if (!replaceFile(output ? output : input, write, result.reason))
+            result.failure = MayaFileWeld::Failure::write;
+    });
 }
 
 } // namespace neq::uvmerge

@@ -13,8 +13,12 @@ struct MayaFileWeld {
     enum class Failure { none, read, refused, write };
     Failure failure = Failure::none;
     std::string reason;    // in words, when failure != none
-    MayaUvRewrite rewrite; // the counts of the weld; its text is released once written
+    MayaUvRewrite rewrite; // the weld's counts (and, from rewriteMayaFile, its text)
 };
+
+// Reads the scene at `input` (a regular file; see readRegularFile in atomic_file.h) and
+// rewrites it in memory: the text is in rewrite.text. Fails with `read` or `refused`.
+MayaFileWeld rewriteMayaFile(const char* input);
 
 // Welds the scene at `input` and writes the result to `output`, or back over `input`
 // when `output` is null (see replaceFile in atomic_file.h for how files are replaced).

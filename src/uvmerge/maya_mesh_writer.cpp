@@ -110,13 +110,13 @@ std::string buildMayaScene(const meshfile::Mesh& mesh, const MayaSceneOptions& o
     scene.pieces.push_back({0, kept.size(), 0});
     scene.pieces.push_back({0, 0, kUvCountMode | kUvDataMode});
     const std::size_t middle = kept.size();
-    {
-        TextOut out(kept, 64 * mesh.vertices.size() + 24 * scene.edges.size());
-        out.text("\tsetAttr \".cuvs\" -type \"string\" \"map1\";\n");
-        out.text("\tsetAttr \".dcc\" -type \"string\" \"Ambient+Diffuse\";\n");
-        writeVertices(out, mesh);
-        writeEdges(out, scene.edges);
-    }
+    StringSink keptSink(kept);
+    TextOut out(keptSink);
+    out.text("\tsetAttr \".cuvs\" -type \"string\" \"map1\";\n");
+    out.text("\tsetAttr \".dcc\" -type \"string\" \"Ambient+Diffuse\";\n");
+    writeVertices(out, mesh);
+    writeEdges(out, scene.edges);
+    out.flush();
     scene.pieces.push_back({middle, kept.size(), 0});
     scene.pieces.push_back({0, 0, kFaceCountMode | kFaceDataMode});
     const std::size_t tail = kept.size();
@@ -126,7 +126,8 @@ std::string buildMayaScene(const meshfile::Mesh& mesh, const MayaSceneOptions& o
     scene.hasMark = true;
 
     std::string text;
-    writeScene(scene, kept, text);
+    StringSink textSink(text);
+    writeScene(scene, kept, textSink);
     return options.crlf ? withCrLf(text) : text;
 }
 

@@ -66,20 +66,10 @@ void writeFaces(TextOut& out, const SceneData& scene) {
     });
 }
 
-// Typical sizes: "0.12345" per coordinate, seven-digit face numbers.
-std::size_t expectedSize(const SceneData& scene) {
-    std::size_t kept = 0;
-    for (const ScenePiece& piece : scene.pieces)
-        kept += piece.end - piece.begin;
-    if (!scene.hasMark) return kept;
-    return kept + 256 + 20 * scene.uvs.size() + 80 * scene.faceCount() +
-           64 * (scene.uvs.size() / kUvsPerBlock + scene.faceCount() / kFacesPerBlock);
-}
-
 } // namespace
 
-void writeScene(const SceneData& scene, std::string_view input, std::string& out) {
-    TextOut text(out, expectedSize(scene));
+bool writeScene(const SceneData& scene, std::string_view input, TextSink& sink) {
+    TextOut text(sink);
     unsigned unwritten = kUvCountMode | kUvDataMode | kFaceCountMode | kFaceDataMode;
     for (const ScenePiece& piece : scene.pieces) {
         if (piece.flags == 0) {
@@ -93,6 +83,7 @@ void writeScene(const SceneData& scene, std::string_view input, std::string& out
         if (blocks & kFaceCountMode) writeFaceCount(text, scene.faceCount());
         if (blocks & kFaceDataMode) writeFaces(text, scene);
     }
+    return text.flush();
 }
 
 } // namespace neq::uvmerge

@@ -278,18 +278,20 @@ bool SceneScanner::readFaces(LineCursor& cursor) {
 
 // "f N e1 .. eN mu S M t1 .. tM": the "f", the "mu" and the UV set number S are skipped.
 bool SceneScanner::readFace(LineCursor& cursor, long long face) {
-    const std::string name = "face " + std::to_string(face);
+    const auto refuseFace = [&](const std::string& reason) {
+        return refuse("face " + std::to_string(face) + " " + reason);
+    };
     ++cursor.pos;
     const int corners = scanInt(cursor);
     if (corners != 0 && corners != 3 && corners != 4)
-        return refuse(name + " has " + std::to_string(corners) + " corners (a face has 3 or 4)");
+        return refuseFace("has " + std::to_string(corners) + " corners (a face has 3 or 4)");
     const int edgeCount = scene_.sentinel();
     for (int i = 0; i < corners; ++i) {
         // k is edge k forwards, -(k + 1) edge k in reverse.
         const int edge = scanInt(cursor);
         if (edge >= edgeCount || edge < -edgeCount)
-            return refuse(name + " uses edge " + std::to_string(edge) +
-                          ", outside the edge count " + std::to_string(edgeCount));
+            return refuseFace("uses edge " + std::to_string(edge) + ", outside the edge count " +
+                              std::to_string(edgeCount));
         scene_.faceEdges.push_back(edge);
     }
     if (corners == 3) scene_.faceEdges.push_back(edgeCount);
@@ -299,15 +301,15 @@ bool SceneScanner::readFace(LineCursor& cursor, long long face) {
     cursor.pos += std::min<std::size_t>(2, cursor.remaining());
     skipNumber(cursor);
     const int uvCount = scanInt(cursor);
-    if (corners != 0 && !hasMu) return refuse(name + " has no \"mu\" part");
+    if (corners != 0 && !hasMu) return refuseFace("has no \"mu\" part");
     if (uvCount != corners)
-        return refuse(name + " has " + std::to_string(corners) + " corners but " +
-                      std::to_string(uvCount) + " UVs");
+        return refuseFace("has " + std::to_string(corners) + " corners but " +
+                          std::to_string(uvCount) + " UVs");
     for (int i = 0; i < uvCount; ++i) {
         const int uv = scanInt(cursor);
         if (uv >= 0 && static_cast<std::size_t>(uv) >= scene_.uvs.size())
-            return refuse(name + " uses UV " + std::to_string(uv) + ", past the UV count " +
-                          std::to_string(scene_.uvs.size()));
+            return refuseFace("uses UV " + std::to_string(uv) + ", past the UV count " +
+                              std::to_string(scene_.uvs.size()));
         scene_.faceUVs.push_back(uv);
     }
     if (uvCount == 3) scene_.faceUVs.push_back(-1);
@@ -370,20 +372,33 @@ bool SceneScanner::weld(MayaUvRewrite& result) {
 
 } // namespace
 
-MayaUvRewrite rewriteMayaUvs(std::string_view input) {
-    MayaUvRewrite result;
-    if (input.empty()) {
-        result.refusal = "the file is empty";
-        return result;
+MayaSceneWeld::MayaSceneWeld(std::string_view scene) : input_(scene) {
+    if (scene.empty()) {
+        outcome_.refusal = "the file is empty";
+        return;
     }
-    SceneScanner scanner(input);
-    if (!scanner.scan() || !scanner.weld(result)) {
-        result.refusal = scanner.refusal();
-        return result;
+    SceneScanner scanner(scene);
+    if (!scanner.scan() || !scanner.weld(outcome_)) {
+        outcome_.refusal = scanner.refusal();
+        return;
     }
-    result.welded = scanner.scene().hasMark;
-    writeScene(scanner.scene(), input, result.text);
-    result.ok = true;
+    scene_ = std::make_unique<SceneData>(std::move(scanner.scene()));
+    outcome_.welded = scene_->hasMark;
+    outcome_.ok = true;
+}
+
+MayaSceneWeld::~MayaSceneWeld() = default;
+
+bool MayaSceneWeld::write(TextSink& sink) const {
+    return outcome_.ok && writeScene(*scene_, input_, sink);
+}
+
+MayaUvRewrite rewriteMayaUvs(std::string_view scene) {
+    const MayaSceneWeld weld(scene);
+    MayaUvRewrite result = weld.outcome();
+    result.text.reserve(scene.size()); // welding rarely makes a scene longer
+    StringSink sink(result.text);
+    weld.write(sink);
     return result;
 }
 

@@ -23,15 +23,20 @@
 // line that runs out early reads its missing UVs and edges as 0 and its missing faces
 // as faces without corners, which are dropped.
 
+#include "uvmerge/text_out.h"
+
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace neq::uvmerge {
 
+struct SceneData;
+
 struct MayaUvRewrite {
     bool ok = false;
-    std::string text;          // the rewritten scene, when ok
+    std::string text;          // the rewritten scene, when ok (rewriteMayaUvs only)
     std::string refusal;       // when not ok: the reason in words, "line N: ..." when a line has it
     bool welded = false;       // false when the scene had no UV or face statement to replace
     std::size_t uvsBefore = 0; // the declared UV count
@@ -40,6 +45,27 @@ struct MayaUvRewrite {
     std::size_t triangles = 0;
 };
 
+// A scene read and welded, ready to be written out in pieces, so that the new text
+// never needs to be held whole. It refers to the scene's bytes, which must outlive it.
+class MayaSceneWeld {
+  public:
+    explicit MayaSceneWeld(std::string_view scene);
+    MayaSceneWeld(const MayaSceneWeld&) = delete;
+    MayaSceneWeld& operator=(const MayaSceneWeld&) = delete;
+    ~MayaSceneWeld();
+
+    // Whether the scene is accepted, the refusal, and the weld's counts (no text).
+    const MayaUvRewrite& outcome() const { return outcome_; }
+    // Writes the rewritten scene of an accepted scene; false when the sink failed.
+    bool write(TextSink& sink) const;
+
+  private:
+    std::string_view input_;
+    std::unique_ptr<SceneData> scene_;
+    MayaUvRewrite outcome_;
+};
+
+// The whole rewrite, with the new text in the result.
 MayaUvRewrite rewriteMayaUvs(std::string_view scene);
 
 } // namespace neq::uvmerge

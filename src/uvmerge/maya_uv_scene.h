@@ -5,6 +5,7 @@
 
 #include "foundation/vd_array.h"
 #include "foundation/vd_vector.h"
+#include "uvmerge/text_out.h"
 
 #include <cstddef>
 #include <string>
@@ -45,8 +46,9 @@ struct SceneData {
     std::size_t faceCount() const { return faceEdges.size() / 4; }
 };
 
-// Appends the new scene: the kept text, and at each mark the blocks it asks for that
-// no earlier mark wrote, in the order UV count, UVs, face count, faces.
-void writeScene(const SceneData& scene, std::string_view input, std::string& out);
+// Writes the new scene: the kept text, and at each mark the blocks it asks for that no
+// earlier mark wrote, in the order UV count, UVs, face count, faces. False when the
+// sink failed.
+bool writeScene(const SceneData& scene, std::string_view input, TextSink& sink);
 
 } // namespace neq::uvmerge

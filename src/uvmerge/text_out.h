@@ -1,46 +1,88 @@
 #pragma once
 
-// Appending text to a string through a cursor, and walking entries in numbered blocks:
-// what the generated statements of a scene are written with. Internal to uvmerge.
+// Text assembled in a small buffer and handed on in large pieces to where it goes (a
+// file, a string), and walking entries in numbered blocks: what the statements of a
+// scene are written with.
 
 #include "foundation/number_format.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <memory>
 #include <string>
 
 namespace neq::uvmerge {
 
-// Text appended to a string, which grows when a piece would not fit. The string holds
-// exactly the text once the TextOut is gone.
+// Where written text goes.
+class TextSink {
+  public:
+    virtual ~TextSink() = default;
+    // False when the text could not be taken; nothing more is written then.
+    virtual bool write(const char* data, std::size_t size) = 0;
+};
+
+class StringSink final : public TextSink {
+  public:
+    explicit StringSink(std::string& out) : out_(out) {}
+    bool write(const char* data, std::size_t size) override {
+        out_.append(data, size);
+        return true;
+    }
+
+  private:
+    std::string& out_;
+};
+
+// Text written through a buffer that stays in the cache: numbers are formatted straight
+// into it, and it reaches the sink when full. Call flush() at the end.
 class TextOut {
   public:
-    TextOut(std::string& out, std::size_t expectedSize) : out_(out), used_(out.size()) {
-        out_.resize(used_ + expectedSize);
-    }
+    static constexpr std::size_t kBufferSize = 1 << 18;
+
+    explicit TextOut(TextSink& sink) : sink_(sink), buffer_(new char[kBufferSize]) {}
     TextOut(const TextOut&) = delete;
     TextOut& operator=(const TextOut&) = delete;
-    ~TextOut() { out_.resize(used_); }
 
-    // Room for `size` bytes; write into it, then advance() to the end of what was written.
+    // Room for `size` bytes (at most kBufferSize); write into it, then advance() to the
+    // end of what was written.
     char* room(std::size_t size) {
-        if (out_.size() - used_ < size) out_.resize(std::max(2 * out_.size(), used_ + size));
-        return &out_[used_];
+        if (kBufferSize - used_ < size) flush();
+        return buffer_.get() + used_;
     }
-    void advance(const char* end) { used_ = static_cast<std::size_t>(end - out_.data()); }
+    void advance(const char* end) { used_ = static_cast<std::size_t>(end - buffer_.get()); }
 
     void append(const char* data, std::size_t size) {
-        std::memcpy(room(size), data, size);
+        if (size > kBufferSize - used_) {
+            flush();
+            if (size >= kBufferSize / 2) { // large runs go to the sink as they are
+                put(data, size);
+                return;
+            }
+        }
+        std::memcpy(buffer_.get() + used_, data, size);
         used_ += size;
     }
     void append(const std::string& text) { append(text.data(), text.size()); }
     template <std::size_t N> void text(const char (&literal)[N]) { append(literal, N - 1); }
     void number(long long value) { advance(formatInt(room(kMaxIntChars), value)); }
 
+    // Hands the buffer to the sink; false once the sink has failed.
+    bool flush() {
+        put(buffer_.get(), used_);
+        used_ = 0;
+        return ok_;
+    }
+
   private:
-    std::string& out_;
-    std::size_t used_;
+    void put(const char* data, std::size_t size) {
+        if (ok_ && size != 0) ok_ = sink_.write(data, size);
+    }
+
+    TextSink& sink_;
+    std::unique_ptr<char[]> buffer_;
+    std::size_t used_ = 0;
+    bool ok_ = true;
 };
 
 // Calls block(start, last) for each block of at most `perBlock` entries out of `count`.
