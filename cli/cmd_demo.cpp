@@ -22,6 +22,7 @@ void (*const kDemoSteps[])(DemoContext&) = {
     demoTileSteps,
     demoBlendSteps,
     demoBridgeSteps,
+    demoUvMergeSteps,
 };
 
 // Creates the folder (one level; an existing folder is fine) and returns its absolute

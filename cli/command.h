@@ -71,6 +71,7 @@ extern const Command kBlendCommand;
 extern const Command kConfigCommand;
 extern const Command kAppCommand;
 extern const Command kBridgeCommand;
+extern const Command kMergeUvsCommand;
 
 // The command line is wrong: exit 2 with the reason and the usage line.
 class UsageError : public std::runtime_error {

@@ -18,6 +18,7 @@ void demoMeshSteps(DemoContext& context);
 void demoTileSteps(DemoContext& context);
 void demoBlendSteps(DemoContext& context);
 void demoBridgeSteps(DemoContext& context);
+void demoUvMergeSteps(DemoContext& context);
 
 // Writes a file of the demo through PendingOutput.
 void writeDemoFile(const std::string& path, std::string_view bytes);

@@ -21,8 +21,9 @@ namespace {
 
 // The commands, in the order the overview lists them.
 const Command* const kCommands[] = {
-    &kDemoCommand, &kInfoCommand,  &kObjCommand,  &kColorsCommand, &kTilesCommand, &kGroupsCommand,
-    &kNameCommand, &kBlendCommand, &kCallCommand, &kConfigCommand, &kAppCommand,   &kBridgeCommand,
+    &kDemoCommand,   &kInfoCommand, &kObjCommand,    &kColorsCommand,   &kTilesCommand,
+    &kGroupsCommand, &kNameCommand, &kBlendCommand,  &kMergeUvsCommand, &kCallCommand,
+    &kConfigCommand, &kAppCommand,  &kBridgeCommand,
 };
 
 const char kToolUsage[] = "usage: neqbridge COMMAND [ARGS...]";
@@ -36,7 +37,7 @@ void printOverview(std::FILE* stream) {
                  "command line.\n\n",
                  kToolUsage);
     for (const Command* command : kCommands)
-        std::fprintf(stream, "  %-8s %s\n", command->name, command->summary);
+        std::fprintf(stream, "  %-9s %s\n", command->name, command->summary);
 }
 
 void printVersion() {

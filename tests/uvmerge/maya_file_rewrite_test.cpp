@@ -7,15 +7,14 @@
 
 #include <gtest/gtest.h>
 
-#include <dirent.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <set>
 #include <string>
+#include <vector>
 
 namespace neq::test {
 namespace {
@@ -23,18 +22,6 @@ namespace {
 using uvmerge::MayaFileWeld;
 using uvmerge::weldMayaFile;
 using Failure = MayaFileWeld::Failure;
-
-// The entries of a folder, without "." and "..": a temporary file left behind shows.
-std::set<std::string> folderEntries(const std::string& path) {
-    std::set<std::string> names;
-    if (DIR* dir = ::opendir(path.c_str())) {
-        while (const dirent* entry = ::readdir(dir))
-            if (std::string(entry->d_name) != "." && std::string(entry->d_name) != "..")
-                names.insert(entry->d_name);
-        ::closedir(dir);
-    }
-    return names;
-}
 
 mode_t permissionBits(const std::string& path) {
     struct stat info {};
@@ -57,7 +44,7 @@ TEST(MayaFileRewrite, WeldsInPlaceKeepingPermissionBitsAndLinks) {
     EXPECT_EQ(weld.rewrite.uvsAfter, 4u);
     EXPECT_EQ(readFile(scene), weldedQuad());
     EXPECT_EQ(permissionBits(scene), 0640u);
-    EXPECT_EQ(folderEntries(dir.path()), std::set<std::string>{"quad.ma"});
+    EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"quad.ma"});
 
     // A link keeps pointing where it did; its target is rewritten.
     ASSERT_EQ(::mkdir(dir.file("scenes").c_str(), 0700), 0);
@@ -70,7 +57,7 @@ TEST(MayaFileRewrite, WeldsInPlaceKeepingPermissionBitsAndLinks) {
     EXPECT_STREQ(target, "scenes/target.ma");
     EXPECT_EQ(readFile(dir.file("scenes/target.ma")), weldedQuad());
     EXPECT_EQ(permissionBits(dir.file("scenes/target.ma")), 0604u);
-    EXPECT_EQ(folderEntries(dir.file("scenes")), std::set<std::string>{"target.ma"});
+    EXPECT_EQ(listFolder(dir.file("scenes")), std::vector<std::string>{"target.ma"});
 
     // To another file: the input stays; a new output gets the usual permission bits.
     const std::string input = dir.file("in.ma"), output = dir.file("out.ma");
@@ -93,7 +80,7 @@ TEST(MayaFileRewrite, EveryRefusalLeavesTheFileAsItWas) {
         EXPECT_EQ(weld.failure, Failure::refused) << refused.reason;
         EXPECT_NE(weld.reason.find(refused.reason), std::string::npos) << weld.reason;
         EXPECT_EQ(readFile(scene), text);
-        EXPECT_EQ(folderEntries(dir.path()), std::set<std::string>{"scene.ma"});
+        EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"scene.ma"});
     }
     writeFile(scene, "");
     EXPECT_EQ(weldMayaFile(scene.c_str()).reason, "the file is empty");
@@ -144,7 +131,7 @@ TEST(MayaFileRewrite, AFailedWriteLeavesTheOriginalAndNoTemporaryFile) {
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
     EXPECT_EQ(readFile(scene), kQuadScene);
-    EXPECT_EQ(folderEntries(dir.path()), std::set<std::string>{"scene.ma"});
+    EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"scene.ma"});
 }
 
 // Permissions do not hold the superuser back, so this runs for other users only.
@@ -165,7 +152,7 @@ TEST(MayaFileRewrite, ReadOnlyFilesAreLeftAndReadOnlyFoldersWrittenInPlace) {
     EXPECT_EQ(weldMayaFile(scene.c_str()).failure, Failure::none);
     ::chmod(dir.path().c_str(), 0700);
     EXPECT_EQ(readFile(scene), weldedQuad());
-    EXPECT_EQ(folderEntries(dir.path()), std::set<std::string>{"scene.ma"});
+    EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"scene.ma"});
 }
 
 TEST(MayaFileRewrite, HostEntryWeldsMayaScenesOnly) {
