@@ -1,5 +1,7 @@
 #include "uvmerge/atomic_file.h"
 
+#include "foundation/vd_disk_server_internal.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,22 +15,7 @@
 namespace neq::uvmerge {
 namespace {
 
-class Descriptor {
-  public:
-    explicit Descriptor(int fd = -1) : fd_(fd) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { close(); }
-    int get() const { return fd_; }
-    bool close() {
-        const int fd = fd_;
-        fd_ = -1;
-        return fd < 0 || ::close(fd) == 0;
-    }
-
-  private:
-    int fd_;
-};
+using Descriptor = diskserver::OwnedDescriptor;
 
 // The operating system's reason for the last failed call.
 bool fail(std::string& reason) {
@@ -97,19 +84,10 @@ bool readRegularFile(const char* path, std::string& bytes, std::string& reason) 
     return true;
 }
 
-bool writeAll(int fd, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
 bool replaceFile(const char* path, std::string_view bytes, std::string& reason) {
     return replaceFile(
-        path, [bytes](int fd) { return writeAll(fd, bytes); }, reason);
+        path, [bytes](int fd) { return diskserver::writeAll(fd, bytes.data(), bytes.size()); },
+        reason);
 }
 
 bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std::string& reason) {

@@ -29,7 +29,4 @@ bool replaceFile(const char* path, std::string_view bytes, std::string& reason);
 // when it cannot write.
 bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std::string& reason);
 
-// Writes all of `bytes` to `fd`; false with errno set when it cannot.
-bool writeAll(int fd, std::string_view bytes);
-
 } // namespace neq::uvmerge

@@ -1,5 +1,6 @@
 #include "uvmerge/maya_file_rewrite.h"
 
+#include "foundation/vd_disk_server_internal.h"
 #include "foundation/vd_string.h"
 #include "uvmerge/atomic_file.h"
 #include "uvmerge/vd_uv_merge_algo.h"
@@ -12,7 +13,7 @@ class FileSink final : public TextSink {
   public:
     explicit FileSink(int fd) : fd_(fd) {}
     bool write(const char* data, std::size_t size) override {
-        return writeAll(fd_, std::string_view(data, size));
+        return diskserver::writeAll(fd_, data, size);
     }
 
   private:
