@@ -3,8 +3,10 @@
 #include "command.h"
 #include "files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <new>
 #include <string>
 #include <vector>
@@ -36,8 +38,11 @@ void printOverview(std::FILE* stream) {
                  "status lines). Exit status: 0 done, 1 the operation failed, 2 wrong\n"
                  "command line.\n\n",
                  kToolUsage);
+    int width = 0;
     for (const Command* command : kCommands)
-        std::fprintf(stream, "  %-9s %s\n", command->name, command->summary);
+        width = std::max(width, static_cast<int>(std::strlen(command->name)));
+    for (const Command* command : kCommands)
+        std::fprintf(stream, "  %-*s  %s\n", width, command->name, command->summary);
 }
 
 void printVersion() {
