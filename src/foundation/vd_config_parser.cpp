@@ -24,8 +24,8 @@ bool VDGenericConfigFileToken::parseLine(const char* line, void* context) const 
     for (;; ++keyword, ++rest) {
         if (*rest == '\0') {
             if (*keyword != '\0') return false;
-            // The keyword is the whole line: the handler gets the empty rest.
-            if (m_handler) m_handler(rest, context);
+            // The keyword is the whole line: consumed like a keyword followed only by
+            // separators, without a call, so a bare key never changes its field.
             return true;
         }
         if (neq::vdstring::upperCase(*keyword) != neq::vdstring::upperCase(*rest)) break;

@@ -113,6 +113,7 @@ TEST(NeQApp, DefaultsComeBackBeforeEachParse) {
     EXPECT_FALSE(parser.parseFile(dir.file("none.txt").c_str()));
     EXPECT_EQ(str(Parsed("NAME x\nNAME :\nNEQ_VERSION =\n").parser.m_name), "x");
     EXPECT_EQ(Parsed("NEQ_VERSION =\n").parser.m_version, 1);
+    EXPECT_EQ(Parsed("IMPORT_FLIP_X\nNAME\n").parser.m_flags, 0u) << "a bare key sets nothing";
     EXPECT_EQ(Parsed("NAME x").parser.m_name, VDString()) << "an unterminated line is skipped";
 }
 

@@ -52,9 +52,10 @@ TEST(ConfigParser, MatchesKeywordsAsPrefixesNewestFirst) {
     EXPECT_EQ(dispatched("NAMES are here\n"), Calls{"NAME=S are here"});
     // Unknown keys, blank lines and comment-like lines go to nobody.
     EXPECT_EQ(dispatched("# NAME x\n\n  \nNAM\nOTHER 3\n"), Calls{});
-    // A keyword followed only by separators is consumed without a call; a keyword that is
-    // the whole line calls its handler with the empty rest.
-    EXPECT_EQ(dispatched("NAME :=\nPATH\n"), Calls{"PATH="});
+    // A keyword followed only by separators, or alone on its line, is consumed without a
+    // call: the older keyword does not get the line either.
+    EXPECT_EQ(dispatched("NAME :=\nPATH\n"), Calls{});
+    EXPECT_EQ(dispatched("NAMEX\n"), Calls{});
 }
 
 TEST(ConfigParser, DispatchesOnlyTerminatedLines) {
