@@ -1,6 +1,7 @@
 #include "uvmerge/atomic_file.h"
 
 #include "foundation/vd_disk_server_internal.h"
+#include "platform/memory_hints.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -71,6 +72,7 @@ bool readRegularFile(const char* path, std::string& bytes, std::string& reason) 
     struct stat info {};
     if (file.get() < 0 || ::fstat(file.get(), &info) != 0) return fail(reason);
     if (notRegular(info, reason)) return false;
+    platform::reserveLarge(bytes, static_cast<std::size_t>(info.st_size));
     bytes.resize(static_cast<std::size_t>(info.st_size));
     std::size_t used = 0;
     while (used < bytes.size()) {

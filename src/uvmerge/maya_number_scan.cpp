@@ -4,14 +4,19 @@
 #include <cstdint>
 
 namespace neq::uvmerge {
+
+// 10^k for k up to 22 is exact, as repeated multiplication by 10 makes it.
+const double detail::kExactPow10[16] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
 namespace {
+
+using detail::kExactPow10;
 
 // Up to this many digits the mantissa is an exact integer in a double, so gathering it
 // in an integer and converting once gives the double that digit-by-digit arithmetic
-// would; and 10^k for k up to 22 is exact, as repeated multiplication by 10 makes it.
+// would.
 constexpr int kExactDigits = 15;
-constexpr double kExactPow10[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                  1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
 // The rest of a real whose digits no longer fit an exact integer: the same steps in
 // double arithmetic, from the state gathered so far.
@@ -37,8 +42,7 @@ float finishLongReal(LineCursor& cursor, const char* p, double sign, double mant
 
 } // namespace
 
-int scanInt(LineCursor& cursor) {
-    skipBlanks(cursor);
+int detail::scanAnyInt(LineCursor& cursor) {
     constexpr std::uint64_t kSaturated = std::uint64_t{1} << 31;
     std::uint64_t value = 0;
     bool negative = false;
@@ -59,8 +63,7 @@ int scanInt(LineCursor& cursor) {
     return 0;
 }
 
-float scanReal(LineCursor& cursor) {
-    skipBlanks(cursor);
+float detail::scanAnyReal(LineCursor& cursor) {
     std::uint64_t mantissa = 0;
     int digits = 0;
     int fractionDigits = -1; // digits since the last point; -1 before any point

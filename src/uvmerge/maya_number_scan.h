@@ -43,15 +43,62 @@ inline bool restReadsAsZero(LineCursor& cursor) {
     return cursor.atEnd() || !isNumberChar(*cursor.pos);
 }
 
+namespace detail {
+// The scanners for every form a number may take; the inline ones below read the usual
+// forms ("-12", "0.125") themselves and leave the rest to these.
+int scanAnyInt(LineCursor& cursor);
+float scanAnyReal(LineCursor& cursor);
+extern const double kExactPow10[16];
+} // namespace detail
+
 // Signs and digits; sign x value. Digit runs beyond the int range saturate: they read
 // as 2147483647, or -2147483648 with a minus sign.
-int scanInt(LineCursor& cursor);
+inline int scanInt(LineCursor& cursor) {
+    skipBlanks(cursor);
+    const char* p = cursor.pos;
+    const char* const end = cursor.end;
+    const bool negative = p != end && *p == '-';
+    if (p != end && (*p == '-' || *p == '+')) ++p;
+    // At most nine digits fit an int whatever they are.
+    const char* const digitsEnd = end - p > 9 ? p + 9 : end;
+    int value = 0;
+    for (; p != digitsEnd && isDigit(*p); ++p)
+        value = value * 10 + (*p - '0');
+    if (p == end || isDigit(*p) || *p == '+' || *p == '-') return detail::scanAnyInt(cursor);
+    cursor.pos = p;
+    return negative ? -value : value;
+}
 
 // Signs, digits and points; sign x mantissa / divisor in double precision, stored as a
 // float. A point sets the divisor to 1 and every digit multiplies it by 10 (before any
 // point it stays 0 and is not used). Runs of more than about 308 digits overflow the
 // double: they read as infinity, or as NaN when the point comes before the overflow.
-float scanReal(LineCursor& cursor);
+inline float scanReal(LineCursor& cursor) {
+    skipBlanks(cursor);
+    const char* p = cursor.pos;
+    const char* const end = cursor.end;
+    const bool negative = p != end && *p == '-';
+    if (p != end && (*p == '-' || *p == '+')) ++p;
+    // Up to 15 digits the mantissa is exact in an integer and in a double alike.
+    long long mantissa = 0;
+    int digits = 0, fractionDigits = -1;
+    for (; p != end && digits < 15; ++p) {
+        if (isDigit(*p)) {
+            mantissa = mantissa * 10 + (*p - '0');
+            ++digits;
+            fractionDigits += fractionDigits >= 0;
+        } else if (*p == '.' && fractionDigits < 0) {
+            fractionDigits = 0;
+        } else {
+            break;
+        }
+    }
+    if (p == end || isNumberChar(*p)) return detail::scanAnyReal(cursor);
+    cursor.pos = p;
+    const double value = (negative ? -1.0 : 1.0) * static_cast<double>(mantissa);
+    return static_cast<float>(fractionDigits < 0 ? value
+                                                 : value / detail::kExactPow10[fractionDigits]);
+}
 
 // Skips blanks and then the characters of one number ("+", "-", "." and digits).
 void skipNumber(LineCursor& cursor);

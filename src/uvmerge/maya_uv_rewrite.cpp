@@ -4,6 +4,7 @@
 #include "uvmerge/maya_uv_rewrite.h"
 
 #include "foundation/vd_string.h"
+#include "platform/memory_hints.h"
 #include "uvmerge/maya_number_scan.h"
 #include "uvmerge/maya_uv_scene.h"
 #include "uvmerge/short_range_log.h"
@@ -22,14 +23,12 @@ constexpr char s_declareScale[] = "setAttr \".s\"";
 constexpr char s_declareUVCountLineStart[] =
     "setAttr \".uvst[0].uvsn\" -type \"string\" \"map1\";setAttr -s";
 constexpr char s_declareUVRange[] = "setAttr \".uvst[0].uvsp[";
+// The face count line starts the same way; the postfix after the count tells them apart.
 constexpr char s_declareEdgeCountPrefix[] = "setAttr -s";
 constexpr char s_declareEdgeCountPostfix[] = "\".ed\"";
 constexpr char s_declareEdgeRange[] = "setAttr \".ed[";
 constexpr char s_declareFaceCountPostfix[] = "\".fc\"";
 constexpr char s_declareFaceRange[] = "setAttr \".fc[";
-// The face count line starts like the edge count line; the postfix tells them apart.
-constexpr const char (&s_declareFaceCountPrefix)[sizeof s_declareEdgeCountPrefix] =
-    s_declareEdgeCountPrefix;
 // At a line's very first byte: the scene ends after this line.
 constexpr char kEndOfScene[] = "// End of ";
 
@@ -146,6 +145,7 @@ bool SceneScanner::readHeader(LineCursor& cursor) {
     if (consume(cursor, s_declareUVCountLineStart)) {
         int count = scanInt(cursor);
         if (!checkCount(count, "UV", uvCountSeen_)) return false;
+        platform::reserveLarge(scene_.uvs, static_cast<std::size_t>(count));
         scene_.uvs.assign(static_cast<std::size_t>(count), VDVector2f());
         mark(kUvCountMode);
         return true;
@@ -167,6 +167,7 @@ bool SceneScanner::readHeader(LineCursor& cursor) {
         skipBlanks(cursor);
         if (consume(cursor, s_declareEdgeCountPostfix)) {
             if (!checkCount(count, "edge", edgeCountSeen_)) return false;
+            platform::reserveLarge(scene_.edges, 2 * static_cast<std::size_t>(count));
             scene_.edges.assign(2 * static_cast<std::size_t>(count), 0);
             mode_ = kEdgeCountMode;
         } else if (consume(cursor, s_declareFaceCountPostfix)) {
@@ -176,8 +177,8 @@ bool SceneScanner::readHeader(LineCursor& cursor) {
             // A face takes twenty-odd bytes of text, so the file's size caps what is
             // worth reserving, whatever the count says.
             const auto faces = std::min(static_cast<std::size_t>(count), input_.size() / 20);
-            scene_.faceEdges.reserve(4 * faces);
-            scene_.faceUVs.reserve(4 * faces);
+            platform::reserveLarge(scene_.faceEdges, 4 * faces);
+            platform::reserveLarge(scene_.faceUVs, 4 * faces);
             mark(kFaceCountMode);
             return true;
         }
@@ -349,7 +350,9 @@ bool SceneScanner::weld(MayaUvRewrite& result) {
 
     // Each corner's vertex: the first vertex of its edge, or the second when the edge
     // is used in reverse; a triangle's fourth slot is a filler.
-    VDArray<int> vertices(s.faceEdges.size());
+    VDArray<int> vertices;
+    platform::reserveLarge(vertices, s.faceEdges.size());
+    vertices.resize(s.faceEdges.size());
     const int sentinel = s.sentinel();
     for (std::size_t slot = 0; slot < s.faceEdges.size(); ++slot) {
         const int edge = s.faceEdges[slot];

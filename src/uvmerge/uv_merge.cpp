@@ -2,6 +2,8 @@
 
 #include "uvmerge/vd_uv_merge_algo.h"
 
+#include "platform/memory_hints.h"
+
 #include <algorithm>
 #include <climits>
 #include <cstdint>
@@ -90,12 +92,14 @@ int numberGroup(const int* group, std::size_t size, const CornerUvs& values, VDA
 // start[v] .. start[v + 1] is vertex v's run in `order`.
 void groupCornersByVertex(const VDArray<int>& vertIndices, int vertexCount, std::vector<int>& start,
                           std::vector<int>& order) {
+    neq::platform::reserveLarge(start, static_cast<std::size_t>(vertexCount) + 1);
     start.assign(static_cast<std::size_t>(vertexCount) + 1, 0);
     for (int vertex : vertIndices)
         if (vertex >= 0) ++start[static_cast<std::size_t>(vertex)];
     int end = 0;
     for (int& entry : start) // start[v] becomes the end of v's run
         end = entry += end;
+    neq::platform::reserveLarge(order, static_cast<std::size_t>(end));
     order.resize(static_cast<std::size_t>(end));
     // Filling each run from its end with rising corner numbers leaves it descending and
     // moves start[v] back to the run's beginning.
@@ -130,7 +134,9 @@ bool VDUVMergeAlgo::mergeUVs(VDArray<VDVector2f>& uvs, VDArray<int>& uvIndices,
     std::vector<int> start, order;
     groupCornersByVertex(vertIndices, nbVertices, start, order);
     const CornerUvs values(uvs, uvIndices);
-    VDArray<int> numbers(cornerCount, -1);
+    VDArray<int> numbers;
+    neq::platform::reserveLarge(numbers, cornerCount);
+    numbers.assign(cornerCount, -1);
     int uvCount = 0;
     for (int vertex = 0; vertex < nbVertices; ++vertex) {
         const int begin = start[static_cast<std::size_t>(vertex)];
@@ -141,7 +147,9 @@ bool VDUVMergeAlgo::mergeUVs(VDArray<VDVector2f>& uvs, VDArray<int>& uvIndices,
 
     // Every corner writes its value to its number; equal values may still differ in the
     // sign of a zero, and then the highest corner's sign is the one kept.
-    VDArray<VDVector2f> merged(static_cast<std::size_t>(uvCount));
+    VDArray<VDVector2f> merged;
+    neq::platform::reserveLarge(merged, static_cast<std::size_t>(uvCount));
+    merged.resize(static_cast<std::size_t>(uvCount));
     for (std::size_t corner = 0; corner < cornerCount; ++corner)
         if (numbers[corner] >= 0)
             merged[static_cast<std::size_t>(numbers[corner])] = values[static_cast<int>(corner)];

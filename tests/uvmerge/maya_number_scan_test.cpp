@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <random>
@@ -30,7 +31,8 @@ Scanned scanReal(const std::string& line) {
     return scan(line, uvmerge::scanReal);
 }
 
-// The real scanner done digit by digit in double arithmetic, as written down.
+// The scanners done digit by digit, as written down: a real in double arithmetic, an
+// integer with its magnitude held at 2^31.
 float plainReal(const std::string& text) {
     double sign = 1, mantissa = 0, divisor = 0;
     for (char c : text) {
@@ -42,10 +44,41 @@ float plainReal(const std::string& text) {
         } else if (c == '+' || c == '-') {
             sign = c == '-' ? -1 : 1;
         } else {
-            break;
+            return static_cast<float>(divisor > 0 ? sign * mantissa / divisor : sign * mantissa);
         }
     }
-    return static_cast<float>(divisor > 0 ? sign * mantissa / divisor : sign * mantissa);
+    return 0; // ran into the end of the line
+}
+
+long long plainInt(const std::string& text) {
+    long long sign = 1, value = 0;
+    for (char c : text) {
+        if (c >= '0' && c <= '9') {
+            value = std::min(value * 10 + (c - '0'), 2147483648LL);
+        } else if (c == '+' || c == '-') {
+            sign = c == '-' ? -1 : 1;
+        } else {
+            return std::min(sign * value, 2147483647LL);
+        }
+    }
+    return 0;
+}
+
+// Numbers of every shape: long and short digit runs, points and signs anywhere, an end
+// of line in the middle of a number.
+std::string randomNumber(std::mt19937& random) {
+    static const char kChars[] = "0123456789012345678901234567890123456789.+-;";
+    std::uniform_int_distribution<int> length(0, 30), pick(0, sizeof kChars - 2), coin(0, 9);
+    std::string text = coin(random) == 0 ? "-" : "";
+    const int size = length(random);
+    const bool messy = coin(random) < 3;
+    const int point = std::uniform_int_distribution<int>(-1, size)(random);
+    for (int i = 0; i < size; ++i) {
+        if (i == point) text += '.';
+        text += messy ? kChars[pick(random)] : static_cast<char>('0' + pick(random) % 10);
+    }
+    if (coin(random) != 0) text += ';';
+    return text;
 }
 
 TEST(MayaNumberScan, IntegersEndAtAnyOtherCharacterOrReadZeroAtTheLineEnd) {
@@ -81,22 +114,16 @@ TEST(MayaNumberScan, RealsHaveNoExponentAndKeepTheLastPoint) {
     EXPECT_TRUE(std::isnan(scanReal("0." + std::string(400, '9') + ";").value));
 }
 
-// Mantissas gathered in an integer and divided once give the float that digit-by-digit
-// double arithmetic gives, for every length, point position and sign.
-TEST(MayaNumberScan, RealsMatchDigitByDigitArithmetic) {
+// Mantissas gathered in an integer and divided once, and the shortcuts for the usual
+// forms, give what digit-by-digit arithmetic gives, for every shape of number.
+TEST(MayaNumberScan, ScannersMatchDigitByDigitArithmetic) {
     std::mt19937 random(7);
-    std::uniform_int_distribution<int> digit(0, 9), length(1, 30), coin(0, 3);
-    for (int i = 0; i < 200000; ++i) {
-        std::string text = coin(random) == 0 ? "-" : "";
-        const int digits = length(random);
-        const int point = std::uniform_int_distribution<int>(-1, digits)(random);
-        for (int d = 0; d < digits; ++d) {
-            if (d == point) text += '.';
-            text += static_cast<char>('0' + digit(random));
-        }
-        const float value = static_cast<float>(scanReal(text + ";").value);
+    for (int i = 0; i < 300000; ++i) {
+        const std::string text = randomNumber(random);
+        const float value = static_cast<float>(scanReal(text).value);
         const float plain = plainReal(text);
         ASSERT_EQ(std::memcmp(&value, &plain, sizeof value), 0) << text;
+        ASSERT_EQ(scanInt(text).value, plainInt(text)) << text;
     }
 }
 
