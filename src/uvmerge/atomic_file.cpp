@@ -58,12 +58,6 @@ bool overwriteInPlace(const std::string& target, const std::function<bool(int fd
     return true;
 }
 
-// Best effort: the rename itself reaches the disk with the folder.
-void syncFolder(const std::string& folder) {
-    Descriptor dir(::open(folder.c_str(), O_RDONLY | O_CLOEXEC));
-    if (dir.get() >= 0) ::fsync(dir.get());
-}
-
 } // namespace
 
 bool readRegularFile(const char* path, std::string& bytes, std::string& reason) {
@@ -116,7 +110,8 @@ bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std
         ::unlink(temporary.c_str());
         return false;
     }
-    syncFolder(folder);
+    // The folder is not flushed after the rename: a crash then leaves the old scene or
+    // the new one, both whole, and flushing it would cost a journal commit each time.
     return true;
 }
 

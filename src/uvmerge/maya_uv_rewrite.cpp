@@ -399,7 +399,7 @@ bool MayaSceneWeld::write(TextSink& sink) const {
 MayaUvRewrite rewriteMayaUvs(std::string_view scene) {
     const MayaSceneWeld weld(scene);
     MayaUvRewrite result = weld.outcome();
-    result.text.reserve(scene.size()); // welding rarely makes a scene longer
+    platform::reserveLarge(result.text, scene.size()); // welding rarely makes a scene longer
     StringSink sink(result.text);
     weld.write(sink);
     return result;
