@@ -3,6 +3,7 @@
 #include "platform/directories.h"
 
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -100,7 +101,13 @@ std::string libraryPath() {
     const std::string folder = neq::platform::executableDirectory();
     // Without the tool's folder, dlopen's own search is the best remaining guess.
     if (folder.empty()) return NEQBRIDGE_LIBRARY_FILE;
-    return (folder == "/" ? folder : folder + "/") + NEQBRIDGE_LIBRARY_FILE;
+    const std::string prefix = folder == "/" ? folder : folder + "/";
+    // Beside the tool in a build folder; in the library folder once installed.
+    const std::string beside = prefix + NEQBRIDGE_LIBRARY_FILE;
+    const std::string installed = prefix + NEQBRIDGE_INSTALLED_LIBRARY;
+    if (::access(beside.c_str(), F_OK) != 0 && ::access(installed.c_str(), F_OK) == 0)
+        return installed;
+    return beside;
 }
 
 void makeCall(const PlannedCall& call) {
@@ -139,7 +146,8 @@ const Command kCallCommand = {
     "call a host entry of the shared library, as the host does",
     "[-q] ENTRY [TEXT [OUT-IN]] [-- ENTRY [TEXT [OUT-IN]]]...",
     "Loads the shared library ($NEQBRIDGE_LIBRARY, or " NEQBRIDGE_LIBRARY_FILE " beside this "
-    "tool) and calls host entries exactly as the host does: float ENTRY(char* text, "
+    "tool, or " NEQBRIDGE_INSTALLED_LIBRARY " from there once installed) and calls host "
+    "entries exactly as the host does: float ENTRY(char* text, "
     "double number, char* out), with text = TEXT (null when omitted), number = 0 and out "
     "a 64 KiB buffer that starts out holding OUT-IN (AddFile and addBlendFile read it as "
     "a path). Each call prints its result (printf %g) and, when the buffer then holds "

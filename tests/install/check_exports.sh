@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# The shared library exports its interface and nothing else. Allowed: the names listed
+# in EXPORTS, and anything that belongs to a class whose name starts with VD (members,
+# static data, vtables, typeinfo). Required: every listed name, and a declaration in the
+# public C header for every plain C function exported (the host entries).
+# usage: check_exports.sh LIBRARY EXPORTS C_HEADER
+set -euo pipefail
+library=$1
+list=$2
+header=$3
+scripts="$(cd "$(dirname "$0")/../../scripts" && pwd)"
+
+exported=$("$scripts/exported-symbols" "$library")
+listed=$(grep -v -e '^#' -e '^[[:space:]]*$' "$list" | sort -u)
+vd_member='^((non-)?virtual thunk to |covariant return thunk to |guard variable for )?VD[A-Za-z0-9_]*(<.*>)?::'
+vd_class_data='^(vtable|typeinfo|typeinfo name|VTT|construction vtable) for VD[A-Za-z0-9_]*(<.*>)?(-in-.*)?$'
+
+unexpected=$(comm -23 <(echo "$exported") <(echo "$listed") |
+    grep -v -E -e "$vd_member" -e "$vd_class_data" || true)
+missing=$(comm -13 <(echo "$exported") <(echo "$listed"))
+undeclared=$(nm -D --defined-only -P "$library" | awk '$2 == "T" && $1 !~ /^_Z/ { print $1 }' |
+    while read -r entry; do
+        grep -q -E "^float $entry\(char\* text, double number, char\* out\);" "$header" ||
+            echo "$entry"
+    done)
+
+status=0
+if [ -n "$unexpected" ]; then
+    echo "exported but not part of the interface (hide it, or list it in $list):"
+    echo "$unexpected" | sed 's/^/  /'
+    status=1
+fi
+if [ -n "$missing" ]; then
+    echo "listed in $list but not exported:"
+    echo "$missing" | sed 's/^/  /'
+    status=1
+fi
+if [ -n "$undeclared" ]; then
+    echo "host entries exported but not declared in $header:"
+    echo "$undeclared" | sed 's/^/  /'
+    status=1
+fi
+[ $status -ne 0 ] || echo "$(echo "$exported" | wc -l) exported symbols, all part of the interface"
+exit $status
