@@ -12,7 +12,8 @@ scripts="$(cd "$(dirname "$0")/../../scripts" && pwd)"
 
 exported=$("$scripts/exported-symbols" "$library")
 listed=$(grep -v -e '^#' -e '^[[:space:]]*$' "$list" | sort -u)
-vd_member='^((non-)?virtual thunk to |covariant return thunk to |guard variable for )?VD[A-Za-z0-9_]*(<.*>)?::'
+# A member function template's name starts with its return type.
+vd_member='^((non-)?virtual thunk to |covariant return thunk to |guard variable for |[^(<]* )?VD[A-Za-z0-9_]*(<.*>)?::'
 vd_class_data='^(vtable|typeinfo|typeinfo name|VTT|construction vtable) for VD[A-Za-z0-9_]*(<.*>)?(-in-.*)?$'
 
 unexpected=$(comm -23 <(echo "$exported") <(echo "$listed") |
