@@ -77,8 +77,8 @@ class NEQBRIDGE_API VDBinaryFile {
   private:
     // A count read from the file, checked against the bytes left for its data.
     bool readCount(int& count, long long elementSize);
-    template <class T> bool readArray(VDArray<T>& values, bool padded);
-    template <class T> bool writeArray(const VDArray<T>& values, bool padded);
+    template <class T> NEQBRIDGE_HIDDEN bool readArray(VDArray<T>& values, bool padded);
+    template <class T> NEQBRIDGE_HIDDEN bool writeArray(const VDArray<T>& values, bool padded);
     bool writeCounted(const void* data, std::size_t count, int elementSize, bool padded);
     bool readBytes(void* data, long long size);
     bool writeBytes(const void* data, long long size);
