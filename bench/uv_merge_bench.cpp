@@ -5,7 +5,7 @@
 
 #include "obj_bench_files.h"
 
-#include "uvmerge/atomic_file.h"
+#include "foundation/atomic_file.h"
 #include "uvmerge/maya_mesh_writer.h"
 #include "uvmerge/maya_uv_rewrite.h"
 #include "uvmerge/vd_uv_merge_algo.h"
@@ -64,7 +64,7 @@ std::size_t fileSize(const std::string& path) {
 
 bool writeText(const std::string& path, const std::string& text) {
     std::string reason;
-    return uvmerge::replaceFile(path.c_str(), text, reason);
+    return neq::files::replaceFile(path.c_str(), text, reason);
 }
 
 // Built in a child process, so that none of the building's memory stays with the
@@ -162,14 +162,14 @@ void BM_MayaUvWeldFloor(benchmark::State& state) {
     const MayaBenchFiles* files = benchFiles(static_cast<int>(state.range(0)));
     const bool durable = state.range(1) != 0;
     std::string output, input, reason;
-    if (files == nullptr || !uvmerge::readRegularFile(files->welded.c_str(), output, reason)) {
+    if (files == nullptr || !neq::files::readRegularFile(files->welded.c_str(), output, reason)) {
         state.SkipWithError("cannot prepare the benchmark scene");
         return;
     }
     for (auto _ : state) {
         const int out = ::open(files->floorOutput.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
         const bool ok =
-            uvmerge::readRegularFile(files->pristine.c_str(), input, reason) && out >= 0 &&
+            neq::files::readRegularFile(files->pristine.c_str(), input, reason) && out >= 0 &&
             ::write(out, output.data(), output.size()) == static_cast<ssize_t>(output.size()) &&
             (!durable || ::fsync(out) == 0);
         if (out < 0 || ::close(out) != 0 || !ok) {
@@ -188,7 +188,7 @@ BENCHMARK(BM_MayaUvWeldFloor)
 void BM_MayaUvRewriteInMemory(benchmark::State& state) {
     const MayaBenchFiles* files = benchFiles(static_cast<int>(state.range(0)));
     std::string input, reason;
-    if (files == nullptr || !uvmerge::readRegularFile(files->pristine.c_str(), input, reason)) {
+    if (files == nullptr || !neq::files::readRegularFile(files->pristine.c_str(), input, reason)) {
         state.SkipWithError("cannot prepare the benchmark scene");
         return;
     }

@@ -1,5 +1,6 @@
 #include "args.h"
 #include "command.h"
+#include "json_text.h"
 #include "neq_input.h"
 
 #include "meshfile/neq_bytes.h"
@@ -51,24 +52,6 @@ void printText(const std::string& path, const ChainInfo& chain, const ObjLayoutI
                     describeExpected("colour", obj.colourBlock, obj.colourTag).c_str(),
                     describeExpected("face", obj.faceBlock, obj.faceTag).c_str(),
                     obj.ready() ? "ready" : "not ready");
-}
-
-std::string jsonString(const std::string& text) {
-    std::string out = "\"";
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '"' || c == '\\') {
-            out += '\\';
-            out += c;
-        } else if (byte < 0x20) {
-            char escaped[8];
-            std::snprintf(escaped, sizeof escaped, "\\u%04x", byte);
-            out += escaped;
-        } else {
-            out += c;
-        }
-    }
-    return out + '"';
 }
 
 template <class Number> std::string jsonField(const std::optional<Number>& value) {

@@ -11,9 +11,7 @@
 #include <string>
 #include <vector>
 
-#ifndef NEQBRIDGE_TOOL_VERSION
-#define NEQBRIDGE_TOOL_VERSION "4.09"
-#endif
+// NEQBRIDGE_TOOL_VERSION comes from the project version in CMakeLists.txt.
 
 // The host entry that reports the library's version.
 extern "C" float Version(char*, double, char*);

@@ -3,6 +3,8 @@
 #include "command.h"
 #include "files.h"
 
+#include "foundation/atomic_file.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,16 +14,6 @@
 #include <vector>
 
 namespace neq::cli {
-namespace {
-
-// The mode a new file gets from fopen: 0666 less the process's umask.
-mode_t newFileMode() {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
-}
-
-} // namespace
 
 PendingOutput::PendingOutput(const std::string& destination, Naming naming)
     : destination_(destination) {
@@ -52,7 +44,7 @@ PendingOutput::PendingOutput(const std::string& destination, Naming naming)
         throw Failure("cannot create output " + quoted(destination_) + ": " + reasonOf(error));
     }
     // The temporary file is private; give it the mode the output would have had.
-    ::fchmod(fd, exists ? (info.st_mode & 07777) : newFileMode());
+    ::fchmod(fd, exists ? (info.st_mode & 07777) : files::newFileMode());
     ::close(fd);
     temporary_ = true;
 }

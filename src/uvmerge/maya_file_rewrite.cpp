@@ -1,8 +1,8 @@
 #include "uvmerge/maya_file_rewrite.h"
 
+#include "foundation/atomic_file.h"
 #include "foundation/vd_disk_server_internal.h"
 #include "foundation/vd_string.h"
-#include "uvmerge/atomic_file.h"
 #include "uvmerge/vd_uv_merge_algo.h"
 
 namespace neq::uvmerge {
@@ -24,7 +24,7 @@ class FileSink final : public TextSink {
 template <class Welded> MayaFileWeld weldScene(const char* input, Welded welded) {
     MayaFileWeld result;
     std::string scene;
-    if (!readRegularFile(input, scene, result.reason)) {
+    if (!files::readRegularFile(input, scene, result.reason)) {
         result.failure = MayaFileWeld::Failure::read;
         return result;
     }
@@ -55,7 +55,7 @@ MayaFileWeld weldMayaFile(const char* input, const char* output) {
             FileSink sink(fd);
             return weld.write(sink);
         };
-        if (!replaceFile(output ? output : input, write, result.reason))
+        if (!files::replaceFile(output ? output : input, write, result.reason))
             result.failure = MayaFileWeld::Failure::write;
     });
 }

@@ -1,4 +1,5 @@
 #include "meshfile/uv_test_meshes.h"
+#include "support/child_process.h"
 #include "support/temp_dir.h"
 #include "support/tool_run.h"
 
@@ -87,13 +88,22 @@ TEST_F(TilesCommand, RefusesFoldersAndDevicesAndLeavesNoPartialFiles) {
     EXPECT_TRUE(listFolder(dir.file("sub")).empty());
 }
 
-// Root writes into any folder, so this needs an ordinary user to mean anything.
+// Root writes into any folder, so the tool runs as an ordinary user here.
 TEST_F(TilesCommand, ReportsAFolderItCannotWriteIntoInWords) {
-    if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind root";
+    std::string asUser;
+    if (::geteuid() == 0) {
+        if (!runInChild({std::nullopt, true},
+                        [] { return ::access(NEQBRIDGE_CLI_PATH, X_OK) == 0; }))
+            GTEST_SKIP() << "the unprivileged user cannot run the tool where it was built";
+        handToUnprivilegedUser(dir.path());
+        asUser = "setpriv --reuid=" + std::to_string(kUnprivilegedUser) +
+                 " --regid=" + std::to_string(kUnprivilegedUser) + " --clear-groups";
+    }
     ASSERT_EQ(::mkdir(dir.file("locked").c_str(), 0500), 0);
     expectRuns(
         {{"tiles " + mesh + " " + dir.file("locked/t.NeQ") + " --split", 1,
-          "tiles: cannot create output '" + dir.file("locked/t0.NeQ") + "': Permission denied\n"}});
+          "tiles: cannot create output '" + dir.file("locked/t0.NeQ") + "': Permission denied\n"}},
+        asUser);
     EXPECT_TRUE(listFolder(dir.file("locked")).empty());
 }
 

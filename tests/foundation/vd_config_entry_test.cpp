@@ -1,14 +1,13 @@
 #include "foundation/vd_config_parser.h"
 
+#include "support/child_process.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <functional>
 #include <string>
 
 namespace neq::test {
@@ -163,26 +162,13 @@ TEST(ConfigEntry, ReplaceWritesDirectlyWhereNoTemporaryFileFits) {
     EXPECT_TRUE(S_ISCHR(null.st_mode));
 }
 
-// Runs check in a child process without the superuser's rights, which ignore permission
-// bits; true when it returned true.
-bool unprivileged(const std::function<bool()>& check) {
-    if (::geteuid() != 0) return check();
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const bool dropped = ::setgid(65534) == 0 && ::setuid(65534) == 0;
-        ::_exit(dropped && check() ? 0 : 1);
-    }
-    int status = 0;
-    return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
 TEST(ConfigEntry, ReplaceLeavesAReadOnlyFileAlone) {
     TempDir dir;
     ::chmod(dir.path().c_str(), 0777);
     const std::string path = dir.file("c.txt");
     writeFile(path, "A = 1\n");
     ::chmod(path.c_str(), 0444);
-    EXPECT_TRUE(unprivileged([&] {
+    EXPECT_TRUE(runInChild({std::nullopt, true}, [&] {
         return !P::replaceTokenInConfigFile(VDString(path.c_str()), VDString("A"), VDString("2"),
                                             nullptr);
     }));

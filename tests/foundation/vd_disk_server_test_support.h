@@ -4,11 +4,8 @@
 
 #include "foundation/vd_array.h"
 #include "foundation/vd_string.h"
+#include "support/child_process.h"
 
-#include <sys/resource.h>
-
-#include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,26 +26,5 @@ inline std::vector<std::string> strings(const VDArray<VDString>& found) {
         result.emplace_back(path.c_str());
     return result;
 }
-
-// The permission bits of path, as stat reports them.
-unsigned modeOf(const std::string& path);
-
-// What a forked child may change about itself before it runs its body.
-struct ChildSetup {
-    // Writes past this many bytes fail (SIGXFSZ is ignored, so write reports it).
-    std::optional<rlim_t> fileSizeLimit;
-    // Run as the unprivileged user kUnprivilegedUser when the tests run as root, so
-    // that permission bits apply.
-    bool unprivileged = false;
-};
-
-constexpr unsigned kUnprivilegedUser = 65534;
-
-// Runs body in a forked child and returns its result; a child that does not end
-// normally fails the test.
-bool runInChild(const ChildSetup& setup, const std::function<bool()>& body);
-
-// Lets the unprivileged child own and reach path (does nothing unless root).
-void handToUnprivilegedUser(const std::string& path);
 
 } // namespace neq::test

@@ -1,5 +1,6 @@
 #include "uvmerge/maya_file_rewrite.h"
 
+#include "support/child_process.h"
 #include "support/host_library.h"
 #include "support/temp_dir.h"
 #include "uvmerge/maya_test_scenes.h"
@@ -7,10 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <string>
@@ -118,38 +116,33 @@ TEST(MayaFileRewrite, AFailedWriteLeavesTheOriginalAndNoTemporaryFile) {
     TempDir dir;
     const std::string scene = dir.file("scene.ma");
     writeFile(scene, kQuadScene);
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        ::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{64, 64};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
+    EXPECT_TRUE(runInChild({64, false}, [&] {
         const MayaFileWeld weld = weldMayaFile(scene.c_str());
-        ::_exit(weld.failure == Failure::write && weld.reason == "File too large" ? 0 : 1);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+        return weld.failure == Failure::write && weld.reason == "File too large";
+    }));
     EXPECT_EQ(readFile(scene), kQuadScene);
     EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"scene.ma"});
 }
 
-// Permissions do not hold the superuser back, so this runs for other users only.
+// Permission bits do not hold the superuser back: the weld runs as an ordinary user.
 TEST(MayaFileRewrite, ReadOnlyFilesAreLeftAndReadOnlyFoldersWrittenInPlace) {
-    if (::geteuid() == 0) GTEST_SKIP() << "permission bits do not apply to root";
     TempDir dir;
+    handToUnprivilegedUser(dir.path());
     const std::string scene = dir.file("scene.ma");
     writeFile(scene, kQuadScene);
+    handToUnprivilegedUser(scene);
     ASSERT_EQ(::chmod(scene.c_str(), 0444), 0);
-    const MayaFileWeld weld = weldMayaFile(scene.c_str());
-    EXPECT_EQ(weld.failure, Failure::write);
-    EXPECT_EQ(weld.reason, "Permission denied");
+    EXPECT_TRUE(runInChild({std::nullopt, true}, [&] {
+        const MayaFileWeld weld = weldMayaFile(scene.c_str());
+        return weld.failure == Failure::write && weld.reason == "Permission denied";
+    }));
     EXPECT_EQ(readFile(scene), kQuadScene);
 
     // No temporary file can be made in the folder: the file is overwritten in place.
     ASSERT_EQ(::chmod(scene.c_str(), 0644), 0);
     ASSERT_EQ(::chmod(dir.path().c_str(), 0555), 0);
-    EXPECT_EQ(weldMayaFile(scene.c_str()).failure, Failure::none);
+    EXPECT_TRUE(runInChild({std::nullopt, true},
+                           [&] { return weldMayaFile(scene.c_str()).failure == Failure::none; }));
     ::chmod(dir.path().c_str(), 0700);
     EXPECT_EQ(readFile(scene), weldedQuad());
     EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"scene.ma"});

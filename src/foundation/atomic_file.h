@@ -1,13 +1,18 @@
 #pragma once
 
 // Whole-file reads that never block and whole-file replacements that never leave a
-// damaged file: the file layer around the UV rewrite.
+// damaged file: what the UV rewrite and the configuration writer stand on.
+
+#include <sys/types.h>
 
 #include <functional>
 #include <string>
 #include <string_view>
 
-namespace neq::uvmerge {
+namespace neq::files {
+
+// The permission bits a new file gets from fopen: 0666 less the process's umask.
+mode_t newFileMode();
 
 // Reads a regular file whole. A folder, FIFO or device is refused at once (the open
 // does not wait for a writer). False with the reason in words: the system's ("No such
@@ -29,4 +34,4 @@ bool replaceFile(const char* path, std::string_view bytes, std::string& reason);
 // when it cannot write.
 bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std::string& reason);
 
-} // namespace neq::uvmerge
+} // namespace neq::files

@@ -1,4 +1,4 @@
-#include "uvmerge/atomic_file.h"
+#include "foundation/atomic_file.h"
 
 #include "foundation/vd_disk_server_internal.h"
 #include "platform/memory_hints.h"
@@ -13,7 +13,7 @@
 #include <cstring>
 #include <memory>
 
-namespace neq::uvmerge {
+namespace neq::files {
 namespace {
 
 using Descriptor = diskserver::OwnedDescriptor;
@@ -43,12 +43,6 @@ std::string folderOf(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-mode_t newFileMode() {
-    const mode_t mask = ::umask(0); // the only way to read it; the library starts no threads
-    ::umask(mask);
-    return 0666 & ~mask;
-}
-
 // The host's way, kept for folders that take no new file: truncate and write.
 bool overwriteInPlace(const std::string& target, const std::function<bool(int fd)>& write,
                       mode_t mode, std::string& reason) {
@@ -59,6 +53,12 @@ bool overwriteInPlace(const std::string& target, const std::function<bool(int fd
 }
 
 } // namespace
+
+mode_t newFileMode() {
+    const mode_t mask = ::umask(0); // the only way to read it; the library starts no threads
+    ::umask(mask);
+    return 0666 & ~mask;
+}
 
 bool readRegularFile(const char* path, std::string& bytes, std::string& reason) {
     bytes.clear();
@@ -115,4 +115,4 @@ bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std
     return true;
 }
 
-} // namespace neq::uvmerge
+} // namespace neq::files

@@ -1,4 +1,4 @@
-#include "vd_disk_server_test_support.h"
+#include "support/child_process.h"
 
 #include <grp.h>
 #include <signal.h>
