@@ -41,12 +41,6 @@ Replaced replace(const std::string& path, const char* token, const char* value) 
     return {written, found, fileExists(path) ? readFile(path) : std::string()};
 }
 
-unsigned modeOf(const std::string& path) {
-    struct stat info {};
-    ::stat(path.c_str(), &info);
-    return info.st_mode & 07777;
-}
-
 TEST(ConfigEntry, FindTakesTheFirstMatchingKeyIgnoringCase) {
     TempDir dir;
     const std::string path = dir.file("NeQ_Config.txt");
