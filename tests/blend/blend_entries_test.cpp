@@ -1,3 +1,4 @@
+#include "blend/node_name.h"
 #include "support/host_library.h"
 #include "support/temp_dir.h"
 
@@ -134,6 +135,13 @@ TEST_F(BlendEntries, BaseThatCannotBeOpenedForWritingGivesItsCodeAndStaysUnchang
     EXPECT_EQ(library.call("addBlendFile", dir.file("Smile.ma").c_str(), base.data()), -3760.0f);
     EXPECT_EQ(library.call("endBlendFile", base.c_str()), -3760.0f);
     EXPECT_EQ(readFile(base), before);
+}
+
+TEST(NodeName, OnlyLettersDigitsUnderscoresAndNamespacesArePlain) {
+    for (const char* plain : {"Smile", "_a1", "Head:defaultMat", "a_B_9"})
+        EXPECT_TRUE(blend::isPlainNodeName(plain)) << plain;
+    for (const char* odd : {"", "2nd", "my head", "a-b", "a.b", "Sm\xC3\xADle", "a\"b"})
+        EXPECT_FALSE(blend::isPlainNodeName(odd)) << odd;
 }
 
 } // namespace

@@ -19,31 +19,25 @@ std::string str(const VDString& s) {
     return s.c_str();
 }
 
-TEST(SharedFolder, DefaultNamesWithoutTheVariable) {
-    for (const char* unset : {static_cast<const char*>(nullptr), ""}) {
-        const SharedFolderNames names = sharedFolderNamesFor(unset);
-        EXPECT_EQ(str(names.publicFolder), "/Users/Shared/Vandrel");
-        EXPECT_EQ(str(names.folderSeparator), "/");
-        EXPECT_EQ(str(names.appsFolder), "/Users/Shared/Vandrel/NeQApps");
-        EXPECT_EQ(str(names.brushFolder), "/Users/Shared/Vandrel/NeQBrush");
-        EXPECT_EQ(str(names.projectsFolder), "/Users/Shared/Vandrel/NeQProjects");
-        EXPECT_EQ(str(names.defaultProjectFolder), "/Users/Shared/Vandrel/NeQProjects/Default");
-    }
-}
-
+// Unset or empty, the variable leaves the standard names; set, it moves all of them.
 TEST(SharedFolder, TheVariableMovesEveryName) {
-    const std::pair<const char*, const char*> cases[] = {{"/srv/bridge", "/srv/bridge"},
+    const std::pair<const char*, const char*> cases[] = {{nullptr, "/Users/Shared/Vandrel"},
+                                                         {"", "/Users/Shared/Vandrel"},
+                                                         {"/srv/bridge", "/srv/bridge"},
                                                          {"/srv/bridge///", "/srv/bridge"},
                                                          {"relative/dir/", "relative/dir"},
                                                          {"/", ""},
                                                          {" ", " "}};
     for (const auto& [value, folder] : cases) {
+        SCOPED_TRACE(value ? value : "(unset)");
         const SharedFolderNames names = sharedFolderNamesFor(value);
-        EXPECT_EQ(str(names.publicFolder), folder) << value;
-        EXPECT_EQ(str(names.appsFolder), std::string(folder) + "/NeQApps") << value;
-        EXPECT_EQ(str(names.brushFolder), std::string(folder) + "/NeQBrush") << value;
-        EXPECT_EQ(str(names.defaultProjectFolder), std::string(folder) + "/NeQProjects/Default")
-            << value;
+        const std::string root = folder;
+        EXPECT_EQ(str(names.publicFolder), root);
+        EXPECT_EQ(str(names.folderSeparator), "/");
+        EXPECT_EQ(str(names.appsFolder), root + "/NeQApps");
+        EXPECT_EQ(str(names.brushFolder), root + "/NeQBrush");
+        EXPECT_EQ(str(names.projectsFolder), root + "/NeQProjects");
+        EXPECT_EQ(str(names.defaultProjectFolder), root + "/NeQProjects/Default");
     }
 }
 

@@ -33,7 +33,6 @@ TEST_F(BlendCommand, ReportsTheSceneWarnsAboutNamesAndRefusesWrongCommandLines) 
          "blend: warning: target name \"2nd\" (from 2nd.ma) is not a plain"},
         {"blend Head.ma", 2,
          "blend: missing TARGET.ma\nusage: neqbridge blend BASE.ma TARGET.ma...\n"},
-        {"blend --bogus Head.ma Smile.ma", 2, "blend: unknown option '--bogus'\n"},
     });
     EXPECT_EQ(
         readFile(dir.file("Head.ma")).rfind("Head.ma\n\nSmile.ma\n\n\n\n\ncreateNode groupId", 0),

@@ -54,42 +54,25 @@ TEST(ConfigCommand, GetsAndSetsOneEntry) {
 const char kDescription[] = "NAME \"Maya\"\nNEQ_VERSION 2\nIMPORT_FLIP_Y True\n"
                             "NORMAL_MAP_FLIP_XY 1\nEDIT_COMMAND run \"x\"\n";
 
+// Run inside the folder, so that the record names the file as given.
 TEST(AppCommand, PrintsTheRecordAsTextOrJson) {
     TempDir dir;
+    const std::string inDir = "cd " + dir.path() + " &&";
     writeFile(dir.file("app.txt"), kDescription);
-    ToolRun run = runTool("app " + dir.file("app.txt"));
-    EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.output, "name            Maya\n"
-                          "extension       -\n"
-                          "template        -\n"
-                          "locate command  -\n"
-                          "init command    -\n"
-                          "edit command    run \"x\"\n"
-                          "version         2\n"
-                          "flags           IMPORT_FLIP_Y NORMAL_MAP_FLIP_XY\n");
-    EXPECT_EQ(run.errors, "");
-
-    run = runTool("app --json " + dir.file("app.txt"));
-    EXPECT_EQ(run.exitCode, 0);
-    const std::string json = run.output;
-    EXPECT_EQ(json.rfind("{\"file\":\"" + dir.file("app.txt") +
-                             "\",\"name\":\"Maya\",\"extension\":\"\",\"template\":\"\","
-                             "\"locateCommand\":\"\",\"initCommand\":\"\",\"editCommand\":"
-                             "\"run \\\"x\\\"\",\"version\":2,\"flags\":{\"IMPORT_FLIP_X\":false,"
-                             "\"IMPORT_FLIP_Y\":true,",
-                         0),
-              0u)
-        << json;
-    EXPECT_NE(json.find("\"NORMAL_MAP_FLIP_X\":false,"), std::string::npos);
-    EXPECT_NE(json.find("\"NORMAL_MAP_FLIP_XY\":true,"), std::string::npos);
-    EXPECT_EQ(json.substr(json.size() - 28), "\"EXPORT_MSWITCH_YZ\":false}}\n");
+    for (const char* json : {"", "--json "}) {
+        const ToolRun run = runTool("app " + std::string(json) + "app.txt", false, inDir);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.output, readTestData(*json ? "cli/app_record.json" : "cli/app_record.txt"));
+        EXPECT_EQ(run.errors, "");
+    }
 
     writeFile(dir.file("cut.txt"), "NAME a\nNEQ_VERSION 3");
-    run = runTool("app " + dir.file("cut.txt"));
+    const ToolRun run = runTool("app cut.txt", false, inDir);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_NE(run.output.find("version         1\n"), std::string::npos);
-    EXPECT_EQ(run.errors, "neqbridge app: warning: the last line of '" + dir.file("cut.txt") +
-                              "' has no line end and is ignored\n");
+    EXPECT_EQ(
+        run.errors,
+        "neqbridge app: warning: the last line of 'cut.txt' has no line end and is ignored\n");
 
     writeFile(dir.file("empty.txt"), "");
     expectRuns({{"app " + dir.file("empty.txt"), 1,
@@ -154,18 +137,6 @@ TEST(BridgeCommand, ReadsAndWritesInstalledLocations) {
                 {"bridge host-path /x", 1, "the folder '" + empty.path() + "/NeQBrush/'"}},
                movedTo(empty));
     EXPECT_FALSE(fileExists(empty.file("NeQBrush")));
-}
-
-TEST(BridgeCommand, DemoWritesAndReadsBackTheBridgeFiles) {
-    TempDir dir;
-    const ToolRun run = runTool("demo " + dir.path(), true);
-    ASSERT_EQ(run.exitCode, 0) << run.output;
-    EXPECT_NE(run.output.find("name \"Sample Modeller\""), std::string::npos) << run.output;
-    EXPECT_NE(run.output.find("IMPORT_FLIP_Y EXPORT_SWITCH_YZ NORMAL_MAP_FLIP_XY"),
-              std::string::npos);
-    EXPECT_EQ(readFile(dir.file("NeQ_Config.txt")),
-              "PATH = \"/Applications/Sample Modeller.app\"\n# installed location\nOTHER = kept\n");
-    EXPECT_EQ(runTool("app " + dir.file("NeQ_App.txt")).exitCode, 0);
 }
 
 } // namespace

@@ -8,7 +8,7 @@
 namespace neq::test {
 namespace {
 
-TEST(CallCommand, PrintsResultsAndTextOfCallsSharingOneLibrary) {
+TEST(CallCommand, CallsShareOneLibraryAndUnknownEntriesOrLibrariesFail) {
     TempDir dir;
     writeFile(dir.file("src"), "ab");
     // The first CloseFolder finds the stream the OpenFolder before it left.
@@ -18,13 +18,10 @@ TEST(CallCommand, PrintsResultsAndTextOfCallsSharingOneLibrary) {
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.output, "4.09\n0\n0\n-1\n0\t" + dir.file("dst") + "\n0\n");
     EXPECT_EQ(readFile(dir.file("dst")), "abb");
-}
 
-TEST(CallCommand, UnknownEntryOrMissingLibraryFails) {
     expectRuns({{"call NoSuchEntry", 2,
                  "neqbridge call: unknown entry 'NoSuchEntry'; the entries are Version, "
                  "addBlendFile, endBlendFile,"},
-                {"call --bogus Version", 2, "neqbridge call: unknown option '--bogus'\nusage:"},
                 {"call Version --", 2, "neqbridge call: missing ENTRY\n"}});
     expectRuns({{"call Version", 1, "call: cannot load the library '/nonexistent/none.so': "}},
                "NEQBRIDGE_LIBRARY=/nonexistent/none.so");

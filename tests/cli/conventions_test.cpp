@@ -91,6 +91,7 @@ TEST(ToolConventions, UnknownOptionsAreUsageErrorsEverywhere) {
         {"colors a", 2,
          "neqbridge colors: missing OUT.txt\nusage: neqbridge colors FILE OUT.txt\n"},
         {"colors a b c", 2, "neqbridge colors: unexpected argument 'c'\n"},
+        {"name", 2, "neqbridge name: missing NAME\nusage: neqbridge name NAME...\n"},
     });
 }
 
@@ -98,9 +99,9 @@ TEST(ToolConventions, VersionOverviewAndStandardOutput) {
     ToolRun run = runTool("--version");
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.output, "neqbridge 4.09 (library 4.09)\n");
-    // Options may follow the positionals; "--" ends them.
-    run = runTool("name A -q -- -B");
-    EXPECT_EQ(run.output, "A\n_B\n");
+    // Options may follow the positionals; "--" ends them. One registry serves all names.
+    run = runTool("name Head 'my head' -q Head -- -x");
+    EXPECT_EQ(run.output, "Head\nmy_head\nHead_copy1\n_x\n");
     // Data that cannot be written is a failure too.
     run = runTool("name A >/dev/full");
     EXPECT_EQ(run.exitCode, 1);

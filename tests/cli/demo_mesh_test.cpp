@@ -17,7 +17,7 @@ int countLines(const std::string& text, const std::string& prefix) {
     return count;
 }
 
-TEST(DemoMesh, WritesTheSampleMeshItsObjAndColours) {
+TEST(DemoCommand, WritesTheSampleMeshItsObjColoursAndBridgeFiles) {
     TempDir dir;
     const ToolRun run = runTool("demo " + dir.path());
     ASSERT_EQ(run.exitCode, 0) << run.errors;
@@ -42,6 +42,14 @@ TEST(DemoMesh, WritesTheSampleMeshItsObjAndColours) {
     const std::string colours = readFile(dir.file("colors.txt"));
     EXPECT_EQ(countLines(colours, "#RGB  "), 2);
     EXPECT_NE(colours.find("#RGB  281ec8 641e96 "), std::string::npos);
+
+    // The bridge files are written, read back and reported.
+    EXPECT_NE(run.errors.find("name \"Sample Modeller\""), std::string::npos) << run.errors;
+    EXPECT_NE(run.errors.find("IMPORT_FLIP_Y EXPORT_SWITCH_YZ NORMAL_MAP_FLIP_XY"),
+              std::string::npos);
+    EXPECT_EQ(readFile(dir.file("NeQ_Config.txt")),
+              "PATH = \"/Applications/Sample Modeller.app\"\n# installed location\nOTHER = kept\n");
+    EXPECT_EQ(runTool("app " + dir.file("NeQ_App.txt")).exitCode, 0);
 }
 
 // Without DIR the demo writes into ./neqbridge-demo and says so; -q leaves the path.

@@ -1,9 +1,6 @@
-#include "api/mesh_exports.h"
-#include "api/module_state.h"
 #include "meshfile/face_ids.h"
 #include "meshfile/neq_format.h"
 #include "meshfile/neq_writer.h"
-#include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
 
@@ -66,22 +63,6 @@ TEST(FaceIds, ReadsTheFirstBlockWhateverItsTagAndClampsItsCount) {
 
     const NeqBytes tooShort(kFirstBlockCountOffset + 3, 0xFF);
     EXPECT_EQ(readFaceIds(NeqView(tooShort), 1, ids), 0u);
-}
-
-TEST(FaceIds, TypedExportFillsTheModuleListAndEmptiesItFirst) {
-    test::TempDir dir;
-    const std::string path = dir.file("base.neq");
-    ASSERT_TRUE(writeBytesToFile(path, buildNeqFacesFirst(twoQuadsOneTriangle())));
-    faceID = {7, 7, 7, 7, 7};
-    EXPECT_EQ(GetFaceIDsNeq(path.c_str(), 1.0), 3.0f);
-    EXPECT_EQ(faceID, (Ids{4, 4, 3}));
-    // Emptied even when the file cannot be opened.
-    EXPECT_EQ(GetFaceIDsNeq(dir.file("missing.neq").c_str(), 1.0), -1760.0f);
-    EXPECT_TRUE(faceID.empty());
-    ASSERT_TRUE(writeBytesToFile(path, buildNeqFacesFirst(Mesh{})));
-    faceID = {1};
-    EXPECT_EQ(GetFaceIDsNeq(path.c_str(), 1.0), 0.0f);
-    EXPECT_TRUE(faceID.empty());
 }
 
 } // namespace

@@ -150,8 +150,8 @@ TEST_F(ObjExport, FieldsPastTheEndOfATruncatedFile) {
                          "v 0 0 0\nv 1 -0.25 100000\n");
 }
 
-// Through the typed exports, which share the module's face IDs: every failure leaves
-// them for a retry, a written export consumes them.
+// Through the typed exports, which share the module's face IDs: GetFaceIDsNeq empties
+// them first; every failed export leaves them for a retry, a written one consumes them.
 TEST_F(ObjExport, TypedExportsShareTheModuleFaceIdsAndKeepThemOnFailure) {
     Mesh base;
     base.faces = {{0, 1, 2, 3}, {0, 1, 2, -1}};
@@ -161,10 +161,13 @@ TEST_F(ObjExport, TypedExportsShareTheModuleFaceIdsAndKeepThemOnFailure) {
     std::string outPath = out;
     std::string badOut = dir.file("no/such.obj");
 
-    faceID.clear();
+    faceID = {7, 7, 7};
+    EXPECT_EQ(GetFaceIDsNeq(dir.file("missing").c_str(), 1.0), -1760.0f);
+    EXPECT_TRUE(faceID.empty()) << "emptied even when the file cannot be opened";
     EXPECT_EQ(writeOBJfromNeq(dir.file("missing").c_str(), outPath.data()), -18.0f)
         << "checked before the input is opened";
-    EXPECT_EQ(GetFaceIDsNeq(basePath.c_str(), 1.0), 2.0f);
+    faceID = {7, 7, 7};
+    EXPECT_EQ(GetFaceIDsNeq(basePath.c_str(), 1.0), 2.0f) << "replaces, never appends";
     EXPECT_EQ(writeOBJfromNeq(dir.file("missing").c_str(), outPath.data()), -1760.0f);
     EXPECT_EQ(writeOBJfromNeq(in.c_str(), badOut.data()), -2.0f);
     EXPECT_FALSE(test::fileExists(out));
@@ -173,6 +176,10 @@ TEST_F(ObjExport, TypedExportsShareTheModuleFaceIdsAndKeepThemOnFailure) {
     EXPECT_EQ(writeOBJfromNeq(in.c_str(), outPath.data()), 0.0f);
     EXPECT_TRUE(faceID.empty());
     EXPECT_EQ(writeOBJfromNeq(in.c_str(), outPath.data()), -18.0f) << "consumed";
+    writeBytesToFile(basePath, buildNeqFacesFirst(Mesh{}));
+    faceID = {1};
+    EXPECT_EQ(GetFaceIDsNeq(basePath.c_str(), 1.0), 0.0f);
+    EXPECT_TRUE(faceID.empty());
 }
 
 } // namespace
