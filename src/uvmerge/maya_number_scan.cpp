@@ -92,10 +92,4 @@ float detail::scanAnyReal(LineCursor& cursor) {
     return 0.0f;
 }
 
-void skipNumber(LineCursor& cursor) {
-    skipBlanks(cursor);
-    while (cursor.pos != cursor.end && isNumberChar(*cursor.pos))
-        ++cursor.pos;
-}
-
 } // namespace neq::uvmerge

@@ -62,8 +62,11 @@ inline int scanInt(LineCursor& cursor) {
     // At most nine digits fit an int whatever they are.
     const char* const digitsEnd = end - p > 9 ? p + 9 : end;
     int value = 0;
-    for (; p != digitsEnd && isDigit(*p); ++p)
-        value = value * 10 + (*p - '0');
+    for (; p != digitsEnd; ++p) {
+        const unsigned digit = static_cast<unsigned>(*p - '0');
+        if (digit > 9) break;
+        value = value * 10 + static_cast<int>(digit);
+    }
     if (p == end || isDigit(*p) || *p == '+' || *p == '-') return detail::scanAnyInt(cursor);
     cursor.pos = p;
     return negative ? -value : value;
@@ -79,20 +82,23 @@ inline float scanReal(LineCursor& cursor) {
     const char* const end = cursor.end;
     const bool negative = p != end && *p == '-';
     if (p != end && (*p == '-' || *p == '+')) ++p;
-    // Up to 15 digits the mantissa is exact in an integer and in a double alike.
-    long long mantissa = 0;
-    int digits = 0, fractionDigits = -1;
-    for (; p != end && digits < 15; ++p) {
-        if (isDigit(*p)) {
-            mantissa = mantissa * 10 + (*p - '0');
-            ++digits;
-            fractionDigits += fractionDigits >= 0;
-        } else if (*p == '.' && fractionDigits < 0) {
-            fractionDigits = 0;
-        } else {
-            break;
+    // Up to 15 digits the mantissa is exact in an integer and in a double alike. The
+    // digits before the point and those after it are gathered by two tight loops.
+    const auto gatherDigits = [end](const char*& at, long long& value, std::ptrdiff_t most) {
+        const char* const from = at;
+        const char* const stop = end - at > most ? at + most : end;
+        for (; at != stop; ++at) {
+            const unsigned digit = static_cast<unsigned>(*at - '0');
+            if (digit > 9) break;
+            value = value * 10 + digit;
         }
-    }
+        return static_cast<int>(at - from);
+    };
+    long long mantissa = 0;
+    const int digits = gatherDigits(p, mantissa, 15);
+    int fractionDigits = -1;
+    if (digits < 15 && p != end && *p == '.')
+        fractionDigits = gatherDigits(++p, mantissa, 15 - digits);
     if (p == end || isNumberChar(*p)) return detail::scanAnyReal(cursor);
     cursor.pos = p;
     const double value = (negative ? -1.0 : 1.0) * static_cast<double>(mantissa);
@@ -101,6 +107,10 @@ inline float scanReal(LineCursor& cursor) {
 }
 
 // Skips blanks and then the characters of one number ("+", "-", "." and digits).
-void skipNumber(LineCursor& cursor);
+inline void skipNumber(LineCursor& cursor) {
+    skipBlanks(cursor);
+    while (cursor.pos != cursor.end && isNumberChar(*cursor.pos))
+        ++cursor.pos;
+}
 
 } // namespace neq::uvmerge

@@ -127,6 +127,42 @@ TEST(MayaNumberScan, ScannersMatchDigitByDigitArithmetic) {
     }
 }
 
+// Numbers with more text after them on the line, as in a data line: every shape, and
+// every split of up to 17 digits around the point (15 are gathered in an integer).
+TEST(MayaNumberScan, ScannersMatchDigitByDigitArithmeticWithTextAfterTheNumber) {
+    const auto check = [](const std::string& number, const std::string& after) {
+        const std::string line = number + after;
+        if (line.empty() || line[0] == ' ' || line[0] == '\t') return; // no number there
+        const Scanned real = scanReal(line), integer = scanInt(line);
+        const float value = static_cast<float>(real.value);
+        const float plain = plainReal(line);
+        ASSERT_EQ(std::memcmp(&value, &plain, sizeof value), 0) << line;
+        ASSERT_EQ(integer.value, plainInt(line)) << line;
+        // Both stop at the first character no number of their kind is made of.
+        const auto stop = [&line](const char* chars) {
+            const std::size_t at = line.find_first_not_of(chars);
+            return at == std::string::npos ? line.size() : at;
+        };
+        ASSERT_EQ(real.consumed, stop("0123456789.+-")) << line;
+        ASSERT_EQ(integer.consumed, stop("0123456789+-")) << line;
+    };
+    std::mt19937 random(11);
+    for (int i = 0; i < 300000; ++i)
+        check(randomNumber(random), "x0.12345 6 7 8 9 10 11 12 13 14");
+    const std::string digits = "98765432109876543210";
+    for (const char* sign : {"", "-", "+"})
+        for (std::size_t whole = 0; whole <= 17; ++whole)
+            for (std::size_t fraction = 0; fraction <= 17; ++fraction)
+                for (const char* end : {";", " ", ".", "+", "-", "e", "\t"})
+                    for (const std::string& pad : {std::string(), std::string("x"),
+                                                   std::string("1234567"), std::string(20, ' ')}) {
+                        const std::string text = digits.substr(0, whole) + "." +
+                                                 digits.substr(20 - fraction, fraction) + end;
+                        check(sign + text, pad);
+                        check(sign + digits.substr(0, whole) + end, pad);
+                    }
+}
+
 TEST(MayaNumberScan, SkippingNumbersAndSeeingTheRestReadAsZero) {
     std::string line = "  +1.5-2 x";
     LineCursor cursor{line.data(), line.data() + line.size()};
