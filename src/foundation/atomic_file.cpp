@@ -60,24 +60,58 @@ mode_t newFileMode() {
     return 0666 & ~mask;
 }
 
-bool readRegularFile(const char* path, std::string& bytes, std::string& reason) {
-    bytes.clear();
+namespace {
+
+// Opens the file, refuses what is not a regular file, and reads it into the memory that
+// `room(size)` hands out for the size the file has; `used` is how much it held when read.
+template <class Room>
+bool readWhole(const char* path, Room room, std::size_t& used, std::string& reason) {
+    used = 0;
     Descriptor file(::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat info {};
     if (file.get() < 0 || ::fstat(file.get(), &info) != 0) return fail(reason);
     if (notRegular(info, reason)) return false;
-    platform::reserveLarge(bytes, static_cast<std::size_t>(info.st_size));
-    bytes.resize(static_cast<std::size_t>(info.st_size));
-    std::size_t used = 0;
-    while (used < bytes.size()) {
-        const ssize_t got = ::read(file.get(), &bytes[used], bytes.size() - used);
+    const auto size = static_cast<std::size_t>(info.st_size);
+    char* const data = room(size);
+    while (used < size) {
+        const ssize_t got = ::read(file.get(), data + used, size - used);
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) return fail(reason);
         if (got == 0) break; // it shrank meanwhile: what is there is the file
         used += static_cast<std::size_t>(got);
     }
-    bytes.resize(used);
     return true;
+}
+
+} // namespace
+
+bool readRegularFile(const char* path, std::string& bytes, std::string& reason) {
+    bytes.clear();
+    std::size_t used = 0;
+    const bool read = readWhole(
+        path,
+        [&bytes](std::size_t size) {
+            platform::reserveLarge(bytes, size);
+            bytes.resize(size);
+            return &bytes[0];
+        },
+        used, reason);
+    bytes.resize(used);
+    return read;
+}
+
+bool readRegularFile(const char* path, FileBytes& bytes, std::string& reason) {
+    bytes.data_.reset();
+    const bool read = readWhole(
+        path,
+        [&bytes](std::size_t size) {
+            bytes.data_.reset(new char[size]); // left uninitialised: the read fills it
+            platform::preferLargePages(bytes.data_.get(), size);
+            return bytes.data_.get();
+        },
+        bytes.size_, reason);
+    if (!read) bytes.size_ = 0;
+    return read;
 }
 
 bool replaceFile(const char* path, std::string_view bytes, std::string& reason) {

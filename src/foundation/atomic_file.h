@@ -5,7 +5,9 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -18,6 +20,21 @@ mode_t newFileMode();
 // does not wait for a writer). False with the reason in words: the system's ("No such
 // file or directory"), "it is a folder, not a file" or "it is not a regular file".
 bool readRegularFile(const char* path, std::string& bytes, std::string& reason);
+
+// A file's bytes read whole into memory that is not cleared first: for large files
+// that are only read, where zeroing the memory before the read would cost another pass.
+class FileBytes {
+  public:
+    std::string_view view() const { return {data_.get(), size_}; }
+
+  private:
+    friend bool readRegularFile(const char* path, FileBytes& bytes, std::string& reason);
+    std::unique_ptr<char[]> data_;
+    std::size_t size_ = 0;
+};
+
+// The same, into FileBytes.
+bool readRegularFile(const char* path, FileBytes& bytes, std::string& reason);
 
 // Makes `bytes` the content of the file at `path`. A symbolic link keeps pointing where
 // it did; its target is what is replaced. An existing target must be a regular file

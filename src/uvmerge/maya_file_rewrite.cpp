@@ -5,30 +5,49 @@
 #include "foundation/vd_string.h"
 #include "uvmerge/vd_uv_merge_algo.h"
 
+#include <fcntl.h>
+
+#include <cstdint>
+
 namespace neq::uvmerge {
 namespace {
 
-// Text straight to a file descriptor.
+// Text straight to a file descriptor. Every few megabytes the system is asked to start
+// writing what it holds to disk, so that the disk works while the rest of the text is
+// made and the flush that follows the last write has little left to wait for.
 class FileSink final : public TextSink {
   public:
     explicit FileSink(int fd) : fd_(fd) {}
     bool write(const char* data, std::size_t size) override {
-        return diskserver::writeAll(fd_, data, size);
+        if (!diskserver::writeAll(fd_, data, size)) return false;
+        written_ += size;
+#ifdef SYNC_FILE_RANGE_WRITE
+        constexpr std::uint64_t kWritebackStep = std::uint64_t{8} << 20;
+        if (written_ - writebackStart_ >= kWritebackStep) {
+            // Only a hint: a refusal changes nothing, the flush at the end still counts.
+            ::sync_file_range(fd_, static_cast<off_t>(writebackStart_),
+                              static_cast<off_t>(written_ - writebackStart_),
+                              SYNC_FILE_RANGE_WRITE);
+            writebackStart_ = written_;
+        }
+#endif
+        return true;
     }
 
   private:
     int fd_;
+    std::uint64_t written_ = 0, writebackStart_ = 0;
 };
 
 // Reads the scene and welds it; `welded` is called with the weld of an accepted scene.
 template <class Welded> MayaFileWeld weldScene(const char* input, Welded welded) {
     MayaFileWeld result;
-    std::string scene;
+    files::FileBytes scene;
     if (!files::readRegularFile(input, scene, result.reason)) {
         result.failure = MayaFileWeld::Failure::read;
         return result;
     }
-    const MayaSceneWeld weld(scene);
+    const MayaSceneWeld weld(scene.view());
     result.rewrite = weld.outcome();
     if (!result.rewrite.ok) {
         result.failure = MayaFileWeld::Failure::refused;

@@ -3,6 +3,7 @@
 #include "support/child_process.h"
 #include "support/host_library.h"
 #include "support/temp_dir.h"
+#include "uvmerge/maya_mesh_writer.h"
 #include "uvmerge/maya_test_scenes.h"
 #include "uvmerge/vd_uv_merge_algo.h"
 
@@ -66,6 +67,31 @@ TEST(MayaFileRewrite, WeldsInPlaceKeepingPermissionBitsAndLinks) {
     EXPECT_EQ(readFile(input), kQuadScene);
     EXPECT_EQ(readFile(output), weldedQuad());
     EXPECT_EQ(permissionBits(output), 0644u);
+}
+
+// Tens of megabytes in and out: the file is read whole and written in many pieces, with
+// writing to disk started along the way; what arrives is exactly the text made in memory.
+TEST(MayaFileRewrite, LargeScenesAreReadAndWrittenWhole) {
+    TempDir dir;
+    const std::string scene = dir.file("strip.ma"), output = dir.file("welded.ma");
+    uvmerge::MayaSceneOptions options;
+    options.name = "strip";
+    const std::string text = uvmerge::buildMayaScene(stripMesh(100000, true), options);
+    ASSERT_GT(text.size(), 16u << 20);
+    const std::string expected = rewritten(text);
+    ASSERT_GT(expected.size(), 16u << 20);
+    writeFile(scene, text);
+
+    const MayaFileWeld toOther = weldMayaFile(scene.c_str(), output.c_str());
+    EXPECT_EQ(toOther.failure, Failure::none) << toOther.reason;
+    EXPECT_EQ(readFile(scene), text);
+    EXPECT_TRUE(readFile(output) == expected);
+    const MayaFileWeld inPlace = weldMayaFile(scene.c_str());
+    EXPECT_EQ(inPlace.failure, Failure::none) << inPlace.reason;
+    EXPECT_EQ(inPlace.rewrite.faces, 100001u);
+    EXPECT_TRUE(readFile(scene) == expected);
+    EXPECT_EQ(listFolder(dir.path()), (std::vector<std::string>{"strip.ma", "welded.ma"}));
+    EXPECT_TRUE(uvmerge::rewriteMayaFile(output.c_str()).rewrite.text == expected);
 }
 
 TEST(MayaFileRewrite, EveryRefusalLeavesTheFileAsItWas) {
