@@ -18,11 +18,7 @@ const char kDefaultFolder[] = "neqbridge-demo";
 
 // The steps, in order.
 void (*const kDemoSteps[])(DemoContext&) = {
-    demoMeshSteps,
-    demoTileSteps,
-    demoBlendSteps,
-    demoBridgeSteps,
-    demoUvMergeSteps,
+    demoMeshSteps, demoTileSteps, demoBlendSteps, demoBridgeSteps, demoUvMergeSteps,
 };
 
 // Creates the folder (one level; an existing folder is fine) and returns its absolute
@@ -66,8 +62,10 @@ const Command kDemoCommand = {
     "[DIR]",
     "Runs the library on a built-in sample mesh, as the host would: writes the mesh and "
     "its subdivision as NeQ files, exports OBJ and colours, lists and splits the UV "
-    "tiles, counts the groups and assembles a blend-shape scene, all into DIR, telling "
-    "what it does on the way. Prints DIR's full path when done.",
+    "tiles, counts the groups, assembles a blend-shape scene, writes and reads back an "
+    "application description and a configuration file, and welds the UVs of a Maya "
+    "scene of the subdivided mesh, all into DIR, telling what it does on the way. "
+    "Prints DIR's full path when done.",
     {{"DIR", "folder to write into, made if missing (default ./neqbridge-demo)"}},
     {},
     run,
