@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -71,6 +72,12 @@ bool readWhole(const char* path, Room room, std::size_t& used, std::string& reas
     struct stat info {};
     if (file.get() < 0 || ::fstat(file.get(), &info) != 0) return fail(reason);
     if (notRegular(info, reason)) return false;
+    // A 32-bit build cannot hold a file past its address space: refuse it rather than
+    // read a part of it as the whole.
+    if (static_cast<unsigned long long>(info.st_size) > PTRDIFF_MAX) {
+        errno = EFBIG;
+        return fail(reason);
+    }
     const auto size = static_cast<std::size_t>(info.st_size);
     char* const data = room(size);
     while (used < size) {

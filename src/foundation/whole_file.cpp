@@ -1,5 +1,7 @@
 #include "foundation/whole_file.h"
 
+#include "foundation/vd_disk_server_internal.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -8,28 +10,10 @@
 #include <cstddef>
 
 namespace neq {
-namespace {
-
-class FileDescriptor {
-  public:
-    explicit FileDescriptor(int fd) : fd_(fd) {}
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() {
-        if (fd_ >= 0) ::close(fd_);
-    }
-    int get() const { return fd_; }
-
-  private:
-    int fd_;
-};
-
-} // namespace
-
 bool readWholeFile(const char* path, std::vector<std::uint8_t>& bytes) {
     bytes.clear();
     if (path == nullptr) return false;
-    FileDescriptor file(::open(path, O_RDONLY | O_CLOEXEC));
+    diskserver::OwnedDescriptor file(::open(path, O_RDONLY | O_CLOEXEC));
     if (file.get() < 0) return false;
     struct stat info {};
     if (::fstat(file.get(), &info) != 0 || S_ISDIR(info.st_mode)) return false;
