@@ -3,9 +3,8 @@
 #include "foundation/atomic_file.h"
 #include "foundation/vd_disk_server_internal.h"
 #include "foundation/vd_string.h"
+#include "platform/writeback.h"
 #include "uvmerge/vd_uv_merge_algo.h"
-
-#include <fcntl.h>
 
 #include <cstdint>
 
@@ -21,16 +20,11 @@ class FileSink final : public TextSink {
     bool write(const char* data, std::size_t size) override {
         if (!diskserver::writeAll(fd_, data, size)) return false;
         written_ += size;
-#ifdef SYNC_FILE_RANGE_WRITE
         constexpr std::uint64_t kWritebackStep = std::uint64_t{8} << 20;
         if (written_ - writebackStart_ >= kWritebackStep) {
-            // Only a hint: a refusal changes nothing, the flush at the end still counts.
-            ::sync_file_range(fd_, static_cast<off_t>(writebackStart_),
-                              static_cast<off_t>(written_ - writebackStart_),
-                              SYNC_FILE_RANGE_WRITE);
+            platform::startWriteback(fd_, writebackStart_, written_ - writebackStart_);
             writebackStart_ = written_;
         }
-#endif
         return true;
     }
 
