@@ -3,6 +3,8 @@
 // Checks on the files a command reads and writes, each failing with a message that
 // names the file and the reason in words (throws Failure, command.h).
 
+#include "foundation/atomic_file.h"
+
 #include <string>
 #include <vector>
 
@@ -25,7 +27,7 @@ void refuseOutputNamingAnInput(const std::string& output, const std::vector<std:
 std::string followLinks(const std::string& path);
 
 // The folder part of a path ("." when it has none) and the last name in it.
-std::string folderOf(const std::string& path);
+using files::folderOf;
 std::string lastNameOf(const std::string& path);
 
 } // namespace neq::cli

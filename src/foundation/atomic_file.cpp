@@ -38,12 +38,6 @@ std::string finalTarget(const char* path) {
     return real ? std::string(real.get()) : std::string(path);
 }
 
-std::string folderOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos) return ".";
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
-
 // The host's way, kept for folders that take no new file: truncate and write.
 bool overwriteInPlace(const std::string& target, const std::function<bool(int fd)>& write,
                       mode_t mode, std::string& reason) {
@@ -52,16 +46,6 @@ bool overwriteInPlace(const std::string& target, const std::function<bool(int fd
         return fail(reason);
     return true;
 }
-
-} // namespace
-
-mode_t newFileMode() {
-    const mode_t mask = ::umask(0); // the only way to read it; the library starts no threads
-    ::umask(mask);
-    return 0666 & ~mask;
-}
-
-namespace {
 
 // Opens the file, refuses what is not a regular file, and reads it into the memory that
 // `room(size)` hands out for the size the file has; `used` is how much it held when read.
@@ -91,6 +75,18 @@ bool readWhole(const char* path, Room room, std::size_t& used, std::string& reas
 }
 
 } // namespace
+
+mode_t newFileMode() {
+    const mode_t mask = ::umask(0); // the only way to read it; the library starts no threads
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
 
 bool readRegularFile(const char* path, std::string& bytes, std::string& reason) {
     bytes.clear();

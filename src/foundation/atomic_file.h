@@ -16,6 +16,9 @@ namespace neq::files {
 // The permission bits a new file gets from fopen: 0666 less the process's umask.
 mode_t newFileMode();
 
+// The folder part of a path: "." when it has none, "/" for a file at the root.
+std::string folderOf(const std::string& path);
+
 // Reads a regular file whole. A folder, FIFO or device is refused at once (the open
 // does not wait for a writer). False with the reason in words: the system's ("No such
 // file or directory"), "it is a folder, not a file" or "it is not a regular file".

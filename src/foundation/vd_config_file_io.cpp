@@ -4,14 +4,9 @@
 #include "foundation/vd_config_text.h"
 #include "foundation/vd_disk_server.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
-#include <climits>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 
 namespace neq::config {
