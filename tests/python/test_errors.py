@@ -3,8 +3,8 @@ file and where in it."""
 
 import errno
 import os
-import subprocess
-import sys
+import shutil
+import tempfile
 
 import pytest
 
@@ -52,25 +52,48 @@ def test_write_into_a_missing_folder(demo):
     assert raised.value.errno == errno.ENOENT
 
 
-# Root reads anything: the permission case runs as an ordinary user.
-PERMISSION_SCRIPT = """
-import sys, neqbridge
-try:
-    neqbridge.group_count(sys.argv[1])
-except PermissionError as error:
-    print(error.errno, error.filename)
-"""
+def permission_error_of(operation):
+    """(errno, filename) of the PermissionError the operation raises; as root, in a
+    child process that has become an ordinary user, since root reads anything."""
+    if os.getuid() != 0:
+        with pytest.raises(PermissionError) as raised:
+            operation()
+        return raised.value.errno, raised.value.filename
+    read_end, write_end = os.pipe()
+    child = os.fork()
+    if child == 0:
+        os.close(read_end)
+        report = "no error"
+        try:
+            os.setgid(65534)
+            os.setuid(65534)
+            operation()
+        except PermissionError as error:
+            report = f"{error.errno}\n{error.filename}"
+        except BaseException as error:  # noqa: B902 - anything else is reported
+            report = repr(error)
+        os.write(write_end, report.encode())
+        os._exit(0)
+    os.close(write_end)
+    with os.fdopen(read_end) as pipe:
+        report = pipe.read()
+    os.waitpid(child, 0)
+    number, _, filename = report.partition("\n")
+    assert number.isdigit(), report
+    return int(number), filename
 
 
-def test_unreadable_file_is_a_permission_error(tmp_path):
-    path = tmp_path / "locked.NeQ"
-    path.write_bytes(b"\0" * 64)
-    path.chmod(0)
-    os.chmod(tmp_path, 0o755)
-    user = "nobody" if os.getuid() == 0 else None
-    out = subprocess.run([sys.executable, "-c", PERMISSION_SCRIPT, str(path)], user=user,
-                         capture_output=True, text=True, check=True).stdout
-    assert out == f"{errno.EACCES} {path}\n"
+def test_unreadable_file_is_a_permission_error():
+    folder = tempfile.mkdtemp()
+    os.chmod(folder, 0o755)
+    path = os.path.join(folder, "locked.NeQ")
+    with open(path, "wb") as file:
+        file.write(b"\0" * 64)
+    os.chmod(path, 0)
+    try:
+        assert permission_error_of(lambda: neqbridge.group_count(path)) == (errno.EACCES, path)
+    finally:
+        shutil.rmtree(folder)
 
 
 # (file content, operation, where, words in the reason)
