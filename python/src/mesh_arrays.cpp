@@ -77,6 +77,9 @@ void writeMesh(const std::string& path, const py::object& vertices, const py::ob
                const py::bytes& header) {
     const Mesh mesh = meshOf(vertices, faces, uvs, colors, groups, header);
     py::gil_scoped_release released;
+    // The arrays may have been changed since the Mesh checked them; no writer may see
+    // an index outside the vertices.
+    interchange::validate(mesh);
     interchange::writeMeshFile(path, mesh);
 }
 

@@ -140,3 +140,13 @@ BAD_ARGUMENTS = {
 def test_bad_arguments_are_value_errors(operation):
     with pytest.raises(ValueError):
         operation()
+
+
+@needs_meshes
+@pytest.mark.parametrize("extension", [".NeQ", ".obj", ".glb", ".gltf"])
+def test_a_mesh_changed_after_construction_is_checked_when_written(tmp_path, extension):
+    mesh = neqbridge.Mesh([[0, 0, 0], [1, 0, 0], [0, 1, 0]], [[0, 1, 2, -1]])
+    mesh.faces[0, 1] = 99
+    with pytest.raises(ValueError, match="faces"):
+        neqbridge.write(tmp_path / f"bad{extension}", mesh)
+    assert not os.listdir(tmp_path)
