@@ -16,28 +16,6 @@ needs_meshes = pytest.mark.skipif(not neqbridge._core.has_meshes,
                                   reason="built without the interchange library")
 
 
-def _tool_converts():
-    return subprocess.run([CLI, "convert", "--help"], capture_output=True).returncode == 0
-
-
-def _gltf_read_and_written():
-    import tempfile
-
-    import numpy as np
-    with tempfile.TemporaryDirectory() as folder:
-        try:
-            path = os.path.join(folder, "t.glb")
-            neqbridge.write(path, neqbridge.Mesh(np.eye(3), [[0, 1, 2, -1]]))
-            return len(neqbridge.read(path)) == 1
-        except neqbridge.FormatError:
-            return False
-
-
-# Steps of the interchange library still to come on some branches.
-needs_tool_convert = pytest.mark.skipif(not _tool_converts(), reason="the tool has no convert")
-HAS_GLTF = neqbridge._core.has_meshes and _gltf_read_and_written()
-
-
 def run_tool(*args, check=True, env=None):
     """Runs the tool; returns its stdout as bytes."""
     done = subprocess.run([CLI, *args], capture_output=True, env=env, check=False)

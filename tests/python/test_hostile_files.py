@@ -11,7 +11,7 @@ import sys
 import pytest
 
 import neqbridge
-from conftest import HAS_GLTF, needs_meshes
+from conftest import needs_meshes
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 EXTREMES = [struct.pack("<I", v) for v in (0, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF, 0x10000)]
@@ -59,7 +59,7 @@ def test_made_hostile_files(demo_files, tmp_path, source, make):
 
 @needs_meshes
 def test_made_hostile_obj_and_gltf(demo_files, tmp_path):
-    for extension in (".obj", ".glb", ".gltf") if HAS_GLTF else (".obj",):
+    for extension in (".obj", ".glb", ".gltf"):
         whole = tmp_path / f"whole{extension}"
         neqbridge.convert(demo_files / "base.NeQ", whole)
         data = whole.read_bytes()
