@@ -3,6 +3,7 @@ file and where in it."""
 
 import errno
 import os
+import pickle
 import shutil
 import tempfile
 
@@ -116,6 +117,7 @@ def test_format_errors_name_the_file_and_where(tmp_path, content, operation, whe
     assert isinstance(error, ValueError)
     assert (error.file, error.where) == (str(path), where)
     assert words in error.reason and str(error).startswith(f"{path}: {where}: ")
+    assert str(pickle.loads(pickle.dumps(error))) == str(error)  # crosses process pools
 
 
 @needs_meshes
