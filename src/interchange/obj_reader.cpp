@@ -105,7 +105,9 @@ class ObjReader {
         if (keyword == "vt") return texture(line);
         if (keyword == "f") return face(line);
         if (keyword == "vn") return;
-        if (keyword == "g" || keyword == "o" || keyword == "usemtl") return name(line);
+        if (keyword == "o") return name(line, 0);
+        if (keyword == "g") return name(line, 1);
+        if (keyword == "usemtl") return name(line, 2);
         ++skipped_;
     }
 
@@ -162,12 +164,17 @@ class ObjReader {
         texcoords_.push_back(count > 1 ? values[1] : 0.0f);
     }
 
-    void name(Line& line) {
+    // Faces belong to the polygroup of the object, group and material names in force
+    // together, written "object/group/material" with the names not given left out.
+    void name(Line& line, int kind) {
         line.skipBlanks();
         const char* last = line.end;
         while (last > line.p && isBlank(last[-1]))
             --last;
-        const std::string name(line.p, static_cast<std::size_t>(last - line.p));
+        current_[kind].assign(line.p, static_cast<std::size_t>(last - line.p));
+        std::string name;
+        for (const std::string& part : current_)
+            if (!part.empty()) name += (name.empty() ? "" : "/") + part;
         const auto found = nameIds_.emplace(name, static_cast<int>(names_.size()));
         if (found.second) {
             if (names_.size() > INT16_MAX)
@@ -321,6 +328,7 @@ class ObjReader {
     std::vector<CornerIndices> corners_;
     std::vector<std::string> names_;
     std::unordered_map<std::string, int> nameIds_;
+    std::string current_[3]; // object, group, material
     int currentName_ = -1;
     bool anyUv_ = false;
     std::size_t split_ = 0, skipped_ = 0;
