@@ -46,6 +46,7 @@ struct Records {
 };
 
 void copyWords(void* out, const std::uint8_t* in, std::size_t words) {
+    if (words == 0) return; // an empty vector's data() may be null, which memcpy must not get
     if (kLittleEndian) {
         std::memcpy(out, in, words * 4);
         return;
@@ -229,6 +230,7 @@ std::uint8_t* appendBlock(std::string& out, std::uint32_t tag, std::size_t count
 }
 
 void storeWords(std::uint8_t* out, const void* in, std::size_t words) {
+    if (words == 0) return;
     if (kLittleEndian) {
         std::memcpy(out, in, words * 4);
         return;
