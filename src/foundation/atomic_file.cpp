@@ -4,6 +4,7 @@
 #include "platform/memory_hints.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,6 +25,10 @@ bool fail(std::string& reason) {
     reason = std::strerror(errno);
     return false;
 }
+
+// One positioned read, retried when interrupted; `got` is 0 at the end of the file.
+bool readSome(const RegularFile& file, std::uint64_t offset, char* out, std::size_t size,
+              std::size_t& got, std::string& reason);
 
 bool notRegular(const struct stat& info, std::string& reason) {
     if (S_ISREG(info.st_mode)) return false;
@@ -52,9 +57,31 @@ bool overwriteInPlace(const std::string& target, const std::function<bool(int fd
 template <class Room>
 bool readWhole(const char* path, Room room, std::size_t& used, std::string& reason) {
     used = 0;
-    Descriptor file(::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    RegularFile file;
+    if (!openRegularFile(path, file, reason)) return false;
+    const auto size = static_cast<std::size_t>(file.size());
+    char* const data = room(size);
+    while (used < size) {
+        std::size_t got = 0;
+        if (!readSome(file, used, data + used, size - used, got, reason)) return false;
+        if (got == 0) break; // it shrank meanwhile: what is there is the file
+        used += got;
+    }
+    return true;
+}
+
+} // namespace
+
+RegularFile::~RegularFile() {
+    if (fd_ >= 0) ::close(fd_);
+}
+
+bool openRegularFile(const char* path, RegularFile& file, std::string& reason) {
+    if (file.fd_ >= 0) ::close(file.fd_);
+    file.fd_ = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    file.size_ = 0;
     struct stat info {};
-    if (file.get() < 0 || ::fstat(file.get(), &info) != 0) return fail(reason);
+    if (file.fd_ < 0 || ::fstat(file.fd_, &info) != 0) return fail(reason);
     if (notRegular(info, reason)) return false;
     // A 32-bit build cannot hold a file past its address space: refuse it rather than
     // read a part of it as the whole.
@@ -62,16 +89,56 @@ bool readWhole(const char* path, Room room, std::size_t& used, std::string& reas
         errno = EFBIG;
         return fail(reason);
     }
-    const auto size = static_cast<std::size_t>(info.st_size);
-    char* const data = room(size);
-    while (used < size) {
-        const ssize_t got = ::read(file.get(), data + used, size - used);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) return fail(reason);
-        if (got == 0) break; // it shrank meanwhile: what is there is the file
-        used += static_cast<std::size_t>(got);
+    file.size_ = static_cast<std::uint64_t>(info.st_size);
+    return true;
+}
+
+bool RegularFile::readAt(std::uint64_t offset, void* out, std::size_t size,
+                         std::string& reason) const {
+    auto* bytes = static_cast<char*>(out);
+    while (size > 0) {
+        std::size_t got = 0;
+        if (!readSome(*this, offset, bytes, size, got, reason)) return false;
+        if (got == 0) {
+            reason = "the file became shorter while it was read";
+            return false;
+        }
+        offset += got, bytes += got, size -= got;
     }
     return true;
+}
+
+MappedFile::~MappedFile() {
+    if (data_) ::munmap(data_, size_);
+}
+
+bool mapRegularFile(const char* path, MappedFile& file, std::string& reason) {
+    if (file.data_) ::munmap(file.data_, file.size_);
+    file.data_ = nullptr;
+    file.size_ = 0;
+    RegularFile opened;
+    if (!openRegularFile(path, opened, reason)) return false;
+    if (opened.size() == 0) return true; // nothing to map
+    void* data = ::mmap(nullptr, static_cast<std::size_t>(opened.size()), PROT_READ, MAP_PRIVATE,
+                        opened.descriptor(), 0);
+    if (data == MAP_FAILED) return fail(reason);
+    ::madvise(data, static_cast<std::size_t>(opened.size()), MADV_SEQUENTIAL | MADV_WILLNEED);
+    file.data_ = static_cast<char*>(data);
+    file.size_ = static_cast<std::size_t>(opened.size());
+    return true;
+}
+
+namespace {
+
+bool readSome(const RegularFile& file, std::uint64_t offset, char* out, std::size_t size,
+              std::size_t& got, std::string& reason) {
+    for (;;) {
+        const ssize_t read = ::pread(file.descriptor(), out, size, static_cast<off_t>(offset));
+        if (read < 0 && errno == EINTR) continue;
+        if (read < 0) return fail(reason);
+        got = static_cast<std::size_t>(read);
+        return true;
+    }
 }
 
 } // namespace
