@@ -30,8 +30,11 @@ class GltfReader {
     Mesh read() {
         if (model_.meshes.empty()) fail("the file holds no mesh");
         const tinygltf::Mesh& mesh = model_.meshes[0];
-        const tinygltf::Value& own = mesh.extras.Get(gltf::kExtrasKey);
-        if (own.IsObject() && !mesh.primitives.empty()) return readOwn(mesh, own);
+        // Value::Get asserts an object: extras are often absent or of another type.
+        if (mesh.extras.IsObject() && mesh.extras.Has(gltf::kExtrasKey)) {
+            const tinygltf::Value& own = mesh.extras.Get(gltf::kExtrasKey);
+            if (own.IsObject() && !mesh.primitives.empty()) return readOwn(mesh, own);
+        }
         return readPrimitives(mesh);
     }
 
