@@ -33,7 +33,7 @@ class BlendEntries : public ::testing::Test {
     std::string scene(const std::string& name) const { return readFile(dir.file(name)); }
     HostLibrary library;
     // The library's own shared name list, exported as data under its C++ name.
-    const Names& names = library.variable<Names>("_Z9UVTileStrB5cxx11");
+    Names& names = library.variable<Names>("_Z9UVTileStrB5cxx11");
     TempDir dir;
 };
 
@@ -90,6 +90,32 @@ TEST_F(BlendEntries, FailuresRecordTheNameAndLeaveTheBaseUnchanged) {
     EXPECT_EQ(names, (Names{"Missing", "Folder", "Smile", "Smile"})) << "-9 records nothing";
     EXPECT_EQ(scene("Head.ma"), "base\n");
     EXPECT_FALSE(fileExists(dir.file("NoBase.ma")));
+}
+
+// A name that would end its quoted string in the statements is refused before it is
+// recorded or any file is touched; dots stay fine.
+TEST_F(BlendEntries, NamesThatWouldBreakOutOfTheirQuotesAreRefused) {
+    writeFile(dir.file("Head.ma"), "base\n");
+    for (const char* name :
+         {"t\";system(\"id > pwned.txt\");\"", "tab\tx", "nl\nx", "del\x7f", "\x01"}) {
+        const std::string file = std::string(name) + ".ma";
+        writeFile(dir.file(file), "target\n");
+        EXPECT_EQ(add(file, "Head.ma"), -1760.0f) << name;
+        writeFile(dir.file(file), "base\n");
+        EXPECT_EQ(add("Head.ma", file), -2760.0f) << name;
+        EXPECT_EQ(finish(file), -2760.0f) << name;
+        EXPECT_EQ(scene(file), "base\n") << name;
+    }
+    EXPECT_EQ(names, Names{});
+    EXPECT_EQ(scene("Head.ma"), "base\n");
+    names.push_back("evil\"");
+    EXPECT_EQ(finish("Head.ma"), -2760.0f) << "a name put on the list directly";
+    names.clear();
+    for (const char* name : {"a.b", "Head.v1"}) {
+        writeFile(dir.file(std::string(name) + ".ma"), "t\n");
+        EXPECT_EQ(add(std::string(name) + ".ma", "Head.ma"), 0.0f) << name;
+    }
+    EXPECT_EQ(names, (Names{"a.b", "Head.v1"}));
 }
 
 // A file size limit makes the append fail partway, after the base opened fine: the
