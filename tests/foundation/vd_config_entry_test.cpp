@@ -9,6 +9,8 @@
 #include <unistd.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace neq::test {
 namespace {
@@ -97,6 +99,22 @@ TEST(ConfigEntry, ReplaceMovesTheEntryToTheFirstLine) {
     EXPECT_TRUE(r.written);
     EXPECT_FALSE(r.found);
     EXPECT_EQ(r.text, "NEW = \nPATH = \"/x y\"\nA = 1\r\n\r\nPath: 4\nB = 4\n   \nC = 5");
+}
+
+// A line break would let a value write an entry of another key.
+TEST(ConfigEntry, ReplaceRefusesLineBreaksInTokenOrValue) {
+    TempDir dir;
+    const std::string path = dir.file("c.txt");
+    writeFile(path, "PATH = 1\n");
+    for (const auto& [token, value] : std::vector<std::pair<const char*, const char*>>{
+             {"PATH", "x\nOTHER = y"}, {"PATH", "x\r"}, {"PA\nTH", "x"}, {"\rPATH", "x"}}) {
+        const Replaced r = replace(path, token, value);
+        EXPECT_FALSE(r.written) << value;
+        EXPECT_FALSE(r.found) << value;
+        EXPECT_EQ(r.text, "PATH = 1\n") << value;
+    }
+    EXPECT_FALSE(replace(dir.file("new.txt"), "PATH", "a\nb").written);
+    EXPECT_FALSE(fileExists(dir.file("new.txt")));
 }
 
 TEST(ConfigEntry, ReplaceCreatesTheFileButNoFolder) {
