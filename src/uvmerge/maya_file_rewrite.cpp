@@ -7,6 +7,7 @@
 #include "uvmerge/vd_uv_merge_algo.h"
 
 #include <cstdint>
+#include <new>
 
 namespace neq::uvmerge {
 namespace {
@@ -75,7 +76,10 @@ MayaFileWeld weldMayaFile(const char* input, const char* output) {
 
 } // namespace neq::uvmerge
 
-bool VDUVMergeAlgo::mergeUVsInMayaFile(const VDString& path) {
+// Running out of memory is a failure like any other: the scene is left as it was.
+bool VDUVMergeAlgo::mergeUVsInMayaFile(const VDString& path) try {
     return neq::uvmerge::weldMayaFile(path.getValidFilePath()).failure ==
            neq::uvmerge::MayaFileWeld::Failure::none;
+} catch (const std::bad_alloc&) {
+    return false;
 }

@@ -208,5 +208,46 @@ TEST(MayaFileRewrite, HostEntryWeldsMayaScenesOnly) {
     EXPECT_EQ(readFile(dir.file("a.ma")), weldedQuad());
 }
 
+// A 10 MB scene that declares UV and edge counts up to `share` of what the rules allow
+// (old rules: one entry per byte), with short data lines and an edge on a vertex near
+// the file's size; a comment fills the rest.
+std::string hostileScene(std::size_t size, int uvCount, int edgeCount) {
+    const std::string vertex = std::to_string(size - 2);
+    std::string text = "createNode mesh -n \"h\";\n\tsetAttr \".uvst[0].uvsn\" -type \"string\" "
+                       "\"map1\";setAttr -s " +
+                       std::to_string(uvCount) +
+                       " \".uvst[0].uvsp\";\n"
+                       "\tsetAttr \".uvst[0].uvsp[0:" +
+                       std::to_string(uvCount - 1) +
+                       "]\" -type \"float2\"\n 0.5 0.5;\n\tsetAttr -s " +
+                       std::to_string(edgeCount) +
+                       " \".ed\";\n\tsetAttr \".ed[0:" + std::to_string(edgeCount - 1) +
+                       "]\"\n 0 " + vertex + " 0 " + vertex +
+                       " 1 0 1 0 0;\n\tsetAttr -s 1 \".fc\";\n"
+                       "\tsetAttr \".fc[0:0]\" -type \"polyFaces\"\n f 3 0 1 2 mu 0 3 0 0 0;\n//";
+    text.append(size - text.size() - 1, '/');
+    return text + "\n";
+}
+
+// The weld keeps within 3 times the file plus 64 MB whatever its counts and vertex
+// numbers say (a 10 MB scene once took 208 MB). The address space is capped at that
+// much beyond what the process already maps, in a child.
+TEST(MayaFileRewrite, HostileCountsStayWithinThreeTimesTheFilePlus64MB) {
+    constexpr std::size_t kSize = 10u << 20;
+    const struct {
+        int uvCount, edgeCount;
+        bool welded;
+    } kScenes[] = {{kSize - 1000, kSize - 1000, false}, {kSize / 9, kSize / 13, true}};
+    TempDir dir;
+    for (const auto& scene : kScenes) {
+        writeFile(dir.file("h.ma"), hostileScene(kSize, scene.uvCount, scene.edgeCount));
+        EXPECT_TRUE(runInChild({}, [&] {
+            if (!limitAddressSpace(addressSpaceInUse() + 3 * kSize + (64u << 20))) return false;
+            return VDUVMergeAlgo::mergeUVsInMayaFile(VDString(dir.file("h.ma").c_str())) ==
+                   scene.welded;
+        })) << scene.uvCount;
+    }
+}
+
 } // namespace
 } // namespace neq::test
