@@ -29,7 +29,6 @@ bool runInChild(const ChildSetup& setup, const std::function<bool()>& body) {
             const rlimit limit{*setup.fileSizeLimit, *setup.fileSizeLimit};
             if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) ::_exit(3);
         }
-        if (setup.addressSpaceLimit && !limitAddressSpace(*setup.addressSpaceLimit)) ::_exit(5);
         if (setup.unprivileged && ::geteuid() == 0) {
             if (::setgroups(0, nullptr) != 0 || ::setgid(kUnprivilegedUser) != 0 ||
                 ::setuid(kUnprivilegedUser) != 0)

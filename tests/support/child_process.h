@@ -33,9 +33,6 @@ struct ChildSetup {
     // Run as the unprivileged user kUnprivilegedUser when the tests run as root, so
     // that permission bits apply.
     bool unprivileged = false;
-    // Allocations past this much address space fail. Ignored in builds with
-    // AddressSanitizer, whose shadow memory needs far more address space.
-    std::optional<rlim_t> addressSpaceLimit;
 };
 
 constexpr unsigned kUnprivilegedUser = 65534;
@@ -44,8 +41,9 @@ constexpr unsigned kUnprivilegedUser = 65534;
 // normally fails the test.
 bool runInChild(const ChildSetup& setup, const std::function<bool()>& body);
 
-// Caps this process's address space (in a child, please); does nothing, and is true,
-// under AddressSanitizer. addressSpaceInUse() is what the process maps now.
+// Caps this process's address space (in a child, please): allocations past it fail.
+// Does nothing, and is true, under AddressSanitizer, whose shadow memory needs far more.
+// addressSpaceInUse() is what the process maps now.
 bool limitAddressSpace(rlim_t bytes);
 std::size_t addressSpaceInUse();
 
