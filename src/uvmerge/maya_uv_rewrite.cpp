@@ -85,7 +85,8 @@ class SceneScanner {
     bool readEdges(LineCursor& cursor);
     bool readFaces(LineCursor& cursor);
     bool readFace(LineCursor& cursor, long long face);
-    bool checkCount(int& count, const char* what, bool& seen, std::size_t leastBytes);
+    bool checkCount(int& count, const char* what, bool& seen, std::size_t leastBytes,
+                    bool sizesArrays);
     void readRange(LineCursor& cursor);
     bool checkRange(const char* what, std::size_t count);
     void keep(std::size_t begin, std::size_t end);
@@ -108,8 +109,8 @@ class SceneScanner {
     std::size_t unclaimedBytes_ = input_.size();
 };
 
-// The least text an entry takes: a UV "0 0 ", an edge "0 0 0 ". Faces are not sized
-// by their count; the count only has to fit the file's bytes.
+// The least text an entry takes: a UV "0 0 ", an edge "0 0 0 ". Faces are appended as
+// they are read, not sized by their count, which only has to fit the file's bytes.
 constexpr std::size_t kLeastUvBytes = 4;
 constexpr std::size_t kLeastEdgeBytes = 6;
 constexpr std::size_t kLeastFaceBytes = 1;
@@ -154,7 +155,7 @@ bool SceneScanner::readHeader(LineCursor& cursor) {
     }
     if (consume(cursor, s_declareUVCountLineStart)) {
         int count = scanInt(cursor);
-        if (!checkCount(count, "UV", uvCountSeen_, kLeastUvBytes)) return false;
+        if (!checkCount(count, "UV", uvCountSeen_, kLeastUvBytes, true)) return false;
         platform::reserveLarge(scene_.uvs, static_cast<std::size_t>(count));
         scene_.uvs.assign(static_cast<std::size_t>(count), VDVector2f());
         mark(kUvCountMode);
@@ -176,12 +177,12 @@ bool SceneScanner::readHeader(LineCursor& cursor) {
         int count = scanInt(cursor);
         skipBlanks(cursor);
         if (consume(cursor, s_declareEdgeCountPostfix)) {
-            if (!checkCount(count, "edge", edgeCountSeen_, kLeastEdgeBytes)) return false;
+            if (!checkCount(count, "edge", edgeCountSeen_, kLeastEdgeBytes, true)) return false;
             platform::reserveLarge(scene_.edges, 2 * static_cast<std::size_t>(count));
             scene_.edges.assign(2 * static_cast<std::size_t>(count), 0);
             mode_ = kEdgeCountMode;
         } else if (consume(cursor, s_declareFaceCountPostfix)) {
-            if (!checkCount(count, "face", faceCountSeen_, kLeastFaceBytes)) return false;
+            if (!checkCount(count, "face", faceCountSeen_, kLeastFaceBytes, false)) return false;
             scene_.faceEdges.clear();
             scene_.faceUVs.clear();
             // A face takes twenty-odd bytes of text, so the file's size caps what is
@@ -208,17 +209,18 @@ bool SceneScanner::readHeader(LineCursor& cursor) {
     return true;
 }
 
-bool SceneScanner::checkCount(int& count, const char* what, bool& seen, std::size_t leastBytes) {
+// Counts that size arrays claim their least text from the bytes not yet claimed.
+bool SceneScanner::checkCount(int& count, const char* what, bool& seen, std::size_t leastBytes,
+                              bool sizesArrays) {
     if (seen) return refuse(std::string("a second ") + what + " count line (one mesh per file)");
     seen = true;
     count = std::max(count, 0); // a negative count declares nothing
-    const std::size_t available = leastBytes == kLeastFaceBytes ? input_.size() : unclaimedBytes_;
+    const std::size_t available = sizesArrays ? unclaimedBytes_ : input_.size();
     if (static_cast<std::size_t>(count) > available / leastBytes)
         return refuse(std::string(what) + " count " + std::to_string(count) +
                       " is more than the file can hold (" + std::to_string(input_.size()) +
                       " bytes)");
-    if (leastBytes != kLeastFaceBytes)
-        unclaimedBytes_ -= static_cast<std::size_t>(count) * leastBytes;
+    if (sizesArrays) unclaimedBytes_ -= static_cast<std::size_t>(count) * leastBytes;
     return true;
 }
 
