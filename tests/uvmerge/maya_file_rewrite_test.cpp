@@ -137,21 +137,8 @@ TEST(MayaFileRewrite, FoldersFifosAndDevicesAreRefusedAtOnce) {
               Failure::write);
 }
 
-// The child may write no file past 64 bytes; the scene's new text is longer.
-TEST(MayaFileRewrite, AFailedWriteLeavesTheOriginalAndNoTemporaryFile) {
-    TempDir dir;
-    const std::string scene = dir.file("scene.ma");
-    writeFile(scene, kQuadScene);
-    EXPECT_TRUE(runInChild({64, false}, [&] {
-        const MayaFileWeld weld = weldMayaFile(scene.c_str());
-        return weld.failure == Failure::write && weld.reason == "File too large";
-    }));
-    EXPECT_EQ(readFile(scene), kQuadScene);
-    EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"scene.ma"});
-}
-
 // Permission bits do not hold the superuser back: the weld runs as an ordinary user.
-TEST(MayaFileRewrite, ReadOnlyFilesAreLeftAndReadOnlyFoldersWrittenInPlace) {
+TEST(MayaFileRewrite, ReadOnlyFilesAreLeftAlone) {
     TempDir dir;
     handToUnprivilegedUser(dir.path());
     const std::string scene = dir.file("scene.ma");
@@ -163,15 +150,6 @@ TEST(MayaFileRewrite, ReadOnlyFilesAreLeftAndReadOnlyFoldersWrittenInPlace) {
         return weld.failure == Failure::write && weld.reason == "Permission denied";
     }));
     EXPECT_EQ(readFile(scene), kQuadScene);
-
-    // No temporary file can be made in the folder: the file is overwritten in place.
-    ASSERT_EQ(::chmod(scene.c_str(), 0644), 0);
-    ASSERT_EQ(::chmod(dir.path().c_str(), 0555), 0);
-    EXPECT_TRUE(runInChild({std::nullopt, true},
-                           [&] { return weldMayaFile(scene.c_str()).failure == Failure::none; }));
-    ::chmod(dir.path().c_str(), 0700);
-    EXPECT_EQ(readFile(scene), weldedQuad());
-    EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"scene.ma"});
 }
 
 TEST(MayaFileRewrite, HostEntryWeldsMayaScenesOnly) {
