@@ -64,9 +64,19 @@ pid_t writerOf(std::string_view name, const std::string& prefix) {
 // writer that runs (or that we may not signal, which also means it runs) keeps its own.
 void removeDeadTemporaries(const std::string& folder, const std::string& prefix) {
     diskserver::forEachEntry(folder.c_str(), [&](const char* name, bool isFolder) {
-        const pid_t writer = isFolder ? 0 : writerOf(name, prefix);
+        const pid_t writer = writerOf(name, prefix);
         if (writer == 0 || ::kill(writer, 0) == 0 || errno != ESRCH) return;
-        ::unlink(diskserver::joinPath(folder.c_str(), name).c_str());
+        const VDString path = diskserver::joinPath(folder.c_str(), name);
+        if (!isFolder) {
+            ::unlink(path.c_str());
+            return;
+        }
+        // A private folder holds the one file written under the target's own name.
+        diskserver::forEachEntry(path.c_str(), [&path](const char* inner, bool) {
+            if (!diskserver::isDotEntry(inner))
+                ::unlink(diskserver::joinPath(path.c_str(), inner).c_str());
+        });
+        ::rmdir(path.c_str());
     });
 }
 
@@ -92,11 +102,8 @@ bool followLinks(const char* path, std::string& target, std::string& reason) {
     target = path;
     for (int links = 0;; ++links) {
         struct stat info {};
-        if (::lstat(target.c_str(), &info) != 0) {
-            if (errno == ENOENT) return true; // created there
-            return fail(reason);
-        }
-        if (!S_ISLNK(info.st_mode)) return true;
+        // Not there (created there), or not reachable: whoever opens it says why.
+        if (::lstat(target.c_str(), &info) != 0 || !S_ISLNK(info.st_mode)) return true;
         if (links == kMostLinks) {
             errno = ELOOP;
             return fail(reason);
@@ -110,6 +117,13 @@ bool followLinks(const char* path, std::string& target, std::string& reason) {
                      ? joinToFolder(folderOf(target), next)
                      : next;
     }
+}
+
+std::string temporaryPattern(const std::string& target) {
+    const std::string folder = folderOf(target);
+    const std::string prefix = temporaryPrefix(target.substr(target.rfind('/') + 1));
+    removeDeadTemporaries(folder, prefix);
+    return joinToFolder(folder, prefix + std::to_string(::getpid()) + "-XXXXXX");
 }
 
 bool replaceFile(const char* path, std::string_view bytes, std::string& reason) {
@@ -132,10 +146,7 @@ bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std
         return fail(reason);
     }
 
-    const std::string folder = folderOf(target);
-    const std::string prefix = temporaryPrefix(target.substr(target.rfind('/') + 1));
-    removeDeadTemporaries(folder, prefix);
-    std::string temporary = joinToFolder(folder, prefix + std::to_string(::getpid()) + "-XXXXXX");
+    std::string temporary = temporaryPattern(target);
     Descriptor file(::mkstemp(&temporary[0]));
     if (!file.isOpen()) return fail(reason);
     ::fcntl(file.get(), F_SETFD, FD_CLOEXEC);

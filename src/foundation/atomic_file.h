@@ -22,6 +22,13 @@ std::string folderOf(const std::string& path);
 // symbolic links" for a chain that loops).
 bool followLinks(const char* path, std::string& target, std::string& reason);
 
+// The name pattern, for mkstemp or mkdtemp, of a temporary file (or private folder) beside
+// `target`, which has its links followed already: FOLDER/.NAME.tmp-PID-XXXXXX, with NAME
+// shortened so that the whole stays within NAME_MAX, and PID this process's id, so that
+// the temporaries of a killed writer can be told apart. Those of the same target whose
+// writer no longer runs are removed first (a private folder with what it holds).
+std::string temporaryPattern(const std::string& target);
+
 // Makes `bytes` the content of the file at `path`. A symbolic link is followed and stays
 // as it was: the file it ends at is replaced, or created when it does not exist (a
 // dangling link); a chain of links that never ends is refused. An existing target must
