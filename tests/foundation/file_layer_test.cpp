@@ -75,6 +75,7 @@ TEST(FileLayer, ReadsAndReplacementsRefuseOrFinishWhole) {
     const pid_t dead = deadProcess();
     const std::string deadTemporary = ".f.tmp-" + std::to_string(dead) + "-abcdef";
     const std::string liveTemporary = ".f.tmp-" + std::to_string(::getpid()) + "-ghijkl";
+    const std::string deadFolder = ".f.tmp-" + std::to_string(dead) + "-qwerty";
     using Names = std::vector<std::string>;
     const std::vector<Case> cases = {
         {"a FIFO with nobody at its other end",
@@ -173,6 +174,9 @@ TEST(FileLayer, ReadsAndReplacementsRefuseOrFinishWhole) {
          [&](const TempDir& dir) {
              writeFile(dir.file(deadTemporary), "partial");
              writeFile(dir.file(liveTemporary), "partial");
+             // The tool's private folder, holding a file under the target's own name.
+             ::mkdir(dir.file(deadFolder).c_str(), 0700);
+             writeFile(dir.file(deadFolder + "/f"), "partial");
              return old(dir, "f");
          },
          "",
