@@ -25,8 +25,9 @@ enum class Kind {
 // Opens path with `flags` (O_CLOEXEC added) without waiting for the other end of a
 // FIFO, then makes the descriptor blocking again for the transfers. A folder, and under
 // Kind::regularFile anything that is not a regular file, is refused. The descriptor,
-// or -1 with the reason in words: the system's ("No such file or directory"), "it is a
-// folder, not a file" or "it is not a regular file".
+// or -1 with errno set and the reason in words: the system's ("No such file or
+// directory"), "it is a folder, not a file" (errno EISDIR), "it is not a regular file",
+// or, for writing, "it is a FIFO or socket that nobody reads".
 int openFile(const char* path, int flags, Kind kind, std::string& reason, mode_t mode = 0666);
 
 // A C stream opened as fopen(path, mode) opens it, but through openFile: a mode that
