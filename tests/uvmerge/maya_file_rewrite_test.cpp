@@ -115,28 +115,6 @@ TEST(MayaFileRewrite, EveryRefusalLeavesTheFileAsItWas) {
     EXPECT_EQ(missing.reason, "No such file or directory");
 }
 
-// Nothing that is not a regular file is read; a FIFO without a writer does not block.
-TEST(MayaFileRewrite, FoldersFifosAndDevicesAreRefusedAtOnce) {
-    TempDir dir;
-    ASSERT_EQ(::mkfifo(dir.file("pipe.ma").c_str(), 0600), 0);
-    const struct {
-        std::string path;
-        const char* reason;
-    } kRefused[] = {{dir.path(), "it is a folder, not a file"},
-                    {dir.file("pipe.ma"), "it is not a regular file"},
-                    {"/dev/null", "it is not a regular file"}};
-    for (const auto& refused : kRefused) {
-        const MayaFileWeld weld = weldMayaFile(refused.path.c_str());
-        EXPECT_EQ(weld.failure, Failure::read) << refused.path;
-        EXPECT_EQ(weld.reason, refused.reason);
-    }
-    // Nor is anything written over them.
-    writeFile(dir.file("in.ma"), kQuadScene);
-    EXPECT_EQ(weldMayaFile(dir.file("in.ma").c_str(), dir.path().c_str()).failure, Failure::write);
-    EXPECT_EQ(weldMayaFile(dir.file("in.ma").c_str(), dir.file("pipe.ma").c_str()).failure,
-              Failure::write);
-}
-
 // Permission bits do not hold the superuser back: the weld runs as an ordinary user.
 TEST(MayaFileRewrite, ReadOnlyFilesAreLeftAlone) {
     TempDir dir;
