@@ -4,6 +4,8 @@
 #include "files.h"
 #include "pending_output.h"
 
+#include "platform/directories.h"
+
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -25,6 +27,7 @@ void (*const kDemoSteps[])(DemoContext&) = {
 // its absolute path ending in "/".
 std::string prepareFolder(const std::string& path) {
     struct stat info {};
+    libraryPath(path); // the library is handed paths in this folder
     if (::stat(path.c_str(), &info) == 0 && !S_ISDIR(info.st_mode))
         throw Failure(quoted(path) + " is a file, not a folder");
     makeFolders(path);
@@ -43,8 +46,13 @@ int run(const std::vector<std::string>& args) {
     DemoContext context;
     context.dir = prepareFolder(parsed.positional.empty() ? kDefaultFolder : parsed.positional[0]);
     status("neqbridge demo: writing into " + context.dir);
+    status("(each step's \"again\" command repeats it, run in that folder)");
     for (const auto step : kDemoSteps)
         step(context);
+    const std::string tool = platform::executableDirectory();
+    if (!tool.empty())
+        status("\nthe tool is " + tool + (tool == "/" ? "" : "/") +
+               "neqbridge: put its folder on the PATH to run the commands above");
     std::printf("%s\n", context.dir.c_str());
     return kExitOk;
 }

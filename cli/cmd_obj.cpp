@@ -80,7 +80,7 @@ int run(const std::vector<std::string>& args) {
 
     const std::vector<std::uint32_t> faceIds =
         readBaseFaceIds(basePath, static_cast<double>(level));
-    const meshfile::NeqBytes bytes = loadInExportLayout(subdividedPath);
+    const meshfile::NeqBytes bytes = loadInExportLayout(subdividedPath, "SUBDIVIDED");
     const meshfile::NeqView file(bytes);
     requireMatchingFaceCount(file, faceIds, level, basePath, subdividedPath);
 
@@ -91,7 +91,7 @@ int run(const std::vector<std::string>& args) {
     if (outcome.status != meshfile::ExportStatus::Written)
         reportExportFailure(outcome, subdividedPath, output, errno);
     output.commit();
-    status("wrote " + outPath + ": " + std::to_string(outcome.vertices) + " vertices, " +
+    status("wrote " + output.shownName() + ": " + std::to_string(outcome.vertices) + " vertices, " +
            std::to_string(outcome.colours) + " colours, " + std::to_string(outcome.faces) +
            " faces in " + std::to_string(outcome.faceGroups) + " face groups");
     return kExitOk;

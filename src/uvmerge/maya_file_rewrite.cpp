@@ -3,6 +3,7 @@
 #include "foundation/atomic_file.h"
 #include "foundation/vd_disk_server_internal.h"
 #include "foundation/vd_string.h"
+#include "foundation/whole_file.h"
 #include "platform/writeback.h"
 #include "uvmerge/vd_uv_merge_algo.h"
 

@@ -1,12 +1,8 @@
-#include "api/name_exports.h"
 #include "api/name_registry.h"
-#include "support/host_library.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <iterator>
-#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -77,31 +73,6 @@ TEST(NameRegistry, RepeatingOneNameCostsTheSameOnEveryCall) {
         last = api::reserveUniqueName(issued, hints, "Head");
     EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), 2.0);
     EXPECT_STREQ(last.c_str(), "Head_copy19999");
-}
-
-// The host's view: CheckName and ClearNameSet over the exported `nameSet`, shared with
-// the typed exports.
-TEST(NameEntries, NamesStayReservedInTheExportedSetUntilCleared) {
-    HostLibrary library;
-    // The data symbol keeps its C++ name (the std::string ABI tag included).
-    const auto& registry = library.variable<std::set<std::string>>("_Z7nameSetB5cxx11");
-    const auto check = [&](const char* name) {
-        char out[256] = "untouched";
-        EXPECT_EQ(library.call("CheckName", name, out), 0.0f);
-        return std::string(out);
-    };
-    ASSERT_EQ(library.call("ClearNameSet"), 0.0f);
-    EXPECT_EQ(check("my head"), "my_head");
-    EXPECT_EQ(check(nullptr), "");
-    EXPECT_EQ(library.call("CheckName", "A", nullptr), 0.0f) << "a null out only skips the copy";
-    char a[] = "A";
-    const std::unique_ptr<char[]> typed(library.function(NameCheck, "_Z9NameCheckPc")(a));
-    EXPECT_STREQ(typed.get(), "A_copy1");
-    EXPECT_EQ(registry, (std::set<std::string>{"", "A", "A_copy1", "my_head"}));
-
-    EXPECT_EQ(library.call("ClearNameSet"), 0.0f);
-    EXPECT_TRUE(registry.empty());
-    EXPECT_EQ(check("my head"), "my_head");
 }
 
 } // namespace
