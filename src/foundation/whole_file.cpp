@@ -32,6 +32,27 @@ bool refused(const struct stat& info, Kind kind, std::string& reason) {
     return false;
 }
 
+// Opens a regular file to be taken whole and gives its size; -1 with the reason for
+// what is not a regular file or is larger than `largest`.
+int openWhole(const char* path, std::size_t largest, std::size_t& size, std::string& reason) {
+    Descriptor file(openFile(path, O_RDONLY, Kind::regularFile, reason));
+    struct stat info {};
+    if (!file.isOpen()) return -1;
+    if (::fstat(file.get(), &info) != 0) {
+        reason = std::strerror(errno);
+        return -1;
+    }
+    // A 32-bit build cannot hold a file past its address space: refuse it rather than
+    // read a part of it as the whole.
+    const auto bytes = static_cast<unsigned long long>(info.st_size);
+    if (bytes > PTRDIFF_MAX || bytes > largest) {
+        reason = std::strerror(EFBIG);
+        return -1;
+    }
+    size = static_cast<std::size_t>(bytes);
+    return file.release();
+}
+
 // Opens the file, refuses what is not a regular file or is larger than `largest`, and
 // reads it into the memory that `room(size)` hands out for the size the file has; `used`
 // is how much it held when read.
@@ -39,21 +60,10 @@ template <class Room>
 bool readWhole(const char* path, std::size_t largest, Room room, std::size_t& used,
                std::string& reason) {
     used = 0;
-    Descriptor file(openFile(path, O_RDONLY, Kind::regularFile, reason));
-    struct stat info {};
+    std::size_t size = 0;
+    Descriptor file(openWhole(path, largest, size, reason));
     if (!file.isOpen()) return false;
-    if (::fstat(file.get(), &info) != 0) {
-        reason = std::strerror(errno);
-        return false;
-    }
-    // A 32-bit build cannot hold a file past its address space: refuse it rather than
-    // read a part of it as the whole.
-    const auto size = static_cast<unsigned long long>(info.st_size);
-    if (size > PTRDIFF_MAX || size > largest) {
-        reason = std::strerror(EFBIG);
-        return false;
-    }
-    char* const data = room(static_cast<std::size_t>(size));
+    char* const data = room(size);
     while (used < size) {
         const ssize_t got = ::read(file.get(), data + used, size - used);
         if (got < 0 && errno == EINTR) continue;
@@ -182,18 +192,9 @@ bool mapRegularFile(const char* path, MappedFile& file, std::string& reason) {
     if (file.data_) ::munmap(file.data_, file.size_);
     file.data_ = nullptr;
     file.size_ = 0;
-    Descriptor opened(openFile(path, O_RDONLY, Kind::regularFile, reason));
-    struct stat info {};
+    std::size_t size = 0;
+    Descriptor opened(openWhole(path, SIZE_MAX, size, reason));
     if (!opened.isOpen()) return false;
-    if (::fstat(opened.get(), &info) != 0) {
-        reason = std::strerror(errno);
-        return false;
-    }
-    if (static_cast<unsigned long long>(info.st_size) > PTRDIFF_MAX) {
-        reason = std::strerror(EFBIG);
-        return false;
-    }
-    const auto size = static_cast<std::size_t>(info.st_size);
     if (size == 0) return true; // nothing to map
 #ifdef MAP_POPULATE
     const int flags = MAP_PRIVATE | MAP_POPULATE; // map every page now, not fault by fault
