@@ -6,12 +6,11 @@
 #include "api/module_state.h"
 #include "blend/blend_scene.h"
 #include "meshfile/face_ids.h"
-#include "meshfile/field_readers.h"
 #include "meshfile/groups.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/obj_export.h"
 #include "meshfile/rgb_block.h"
 #include "meshfile/uv_tiles.h"
-#include "meshfile/uv_tiles_split.h"
 #include "platform/directories.h"
 #include "platform/file_chooser.h"
 

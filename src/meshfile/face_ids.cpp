@@ -1,7 +1,7 @@
 #include "meshfile/face_ids.h"
 
-#include "meshfile/neq_format.h"
-#include "meshfile/obj_export_outcome.h"
+#include "meshfile/neq_file.h"
+#include "meshfile/obj_export.h"
 
 #include <cmath>
 #include <limits>

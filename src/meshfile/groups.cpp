@@ -1,7 +1,6 @@
 #include "meshfile/groups.h"
 
-#include "meshfile/neq_format.h"
-#include "meshfile/record_block.h"
+#include "meshfile/neq_file.h"
 
 #include <bitset>
 #include <cstdint>

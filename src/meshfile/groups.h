@@ -3,7 +3,7 @@
 // Polygroups of a NeQ mesh: one signed 16-bit group identifier per face, in the group
 // block.
 
-#include "meshfile/neq_bytes.h"
+#include "meshfile/neq_file.h"
 
 #include <cstddef>
 #include <optional>

@@ -1,5 +1,4 @@
-#include "meshfile/neq_bytes.h"
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/neq_writer.h"
 #include "neqbridge/neqbridge.hpp"
 #include "support/temp_dir.h"

@@ -1,4 +1,4 @@
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/neq_writer.h"
 #include "meshfile/rgb_block.h"
 #include "neqbridge/neqbridge.hpp"

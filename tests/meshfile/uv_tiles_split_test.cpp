@@ -1,4 +1,4 @@
-#include "meshfile/uv_tiles_split.h"
+#include "meshfile/uv_tiles.h"
 
 #include "meshfile/uv_test_meshes.h"
 #include "support/temp_dir.h"

@@ -1,9 +1,8 @@
 #include "meshfile/uv_tiles.h"
 
 #include "meshfile/groups.h"
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/uv_test_meshes.h"
-#include "meshfile/uv_tiles_split.h"
 
 #include <gtest/gtest.h>
 
