@@ -43,7 +43,7 @@ std::size_t readFaceIds(const NeqView& file, double level, std::vector<std::uint
 float loadFaceIds(const char* path, double level, std::vector<std::uint32_t>& faceIds) {
     faceIds.clear();
     NeqBytes bytes;
-    if (!loadNeqFile(path, bytes)) return kCannotOpenInputResult;
+    if (!loadNeqFile(path, bytes)) return kCannotOpenResult;
     return static_cast<float>(readFaceIds(NeqView(bytes), level, faceIds));
 }
 

@@ -10,10 +10,6 @@
 
 namespace neq::meshfile {
 
-// Host codes of the group count.
-constexpr float kGroupFileCannotOpenResult = -17.0f;
-constexpr float kNoGroupBlockResult = -18.0f;
-
 // The number of distinct values in the group block, or nullopt when there is none. A
 // count that claims more records than the buffer holds is clamped to those present.
 std::optional<std::size_t> countDistinctGroups(const NeqView& file);

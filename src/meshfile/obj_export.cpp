@@ -15,9 +15,9 @@ float ExportOutcome::hostResult() const {
     case ExportStatus::Written:
         return kWrittenResult;
     case ExportStatus::NoFaceIds:
-        return kNoFaceIdsResult;
+        return kNoBlockResult;
     case ExportStatus::CannotOpenInput:
-        return kCannotOpenInputResult;
+        return kCannotOpenResult;
     case ExportStatus::CannotOpenOutput:
     case ExportStatus::WriteFailed:
         // The host knows one output failure; a file it cannot rely on is one.

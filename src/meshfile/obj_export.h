@@ -12,15 +12,6 @@
 
 namespace neq::meshfile {
 
-// Host codes of the mesh-file readers.
-constexpr float kWrittenResult = 0.0f;
-constexpr float kNoFaceIdsResult = -18.0f;
-constexpr float kCannotOpenInputResult = -1760.0f;
-constexpr float kCannotOpenOutputResult = -2.0f;
-// A block tag expected where the file has fewer than four bytes left. A tag that was
-// found converts to a non-negative float, so this code never reads as a found tag.
-constexpr float kTagPastEndResult = -1.0f;
-
 enum class ExportStatus {
     Written,
     NoFaceIds,        // the face-ID list was empty; nothing was opened

@@ -77,9 +77,9 @@ std::optional<UvTileScan> scanUvTiles(const NeqView& file) {
 
 float listUvTiles(const char* path, UvTileScan& scan) {
     NeqBytes bytes;
-    if (!loadNeqFile(path, bytes)) return kUvFileCannotOpenResult;
+    if (!loadNeqFile(path, bytes)) return kCountCannotOpenResult;
     std::optional<UvTileScan> found = scanUvTiles(NeqView(bytes));
-    if (!found) return kNoUvBlockResult;
+    if (!found) return kNoBlockResult;
     scan = std::move(*found);
     return static_cast<float>(scan.tiles.size());
 }
@@ -192,9 +192,9 @@ std::string uvTileFilePath(const std::string& stem, std::size_t position) {
 float splitUvTiles(const char* path, const char* base, std::vector<std::string>& names) {
     names.clear();
     NeqBytes bytes;
-    if (!loadNeqFile(path, bytes)) return kSplitCannotOpenResult;
+    if (!loadNeqFile(path, bytes)) return kCannotOpenResult;
     const std::optional<UvTileSplit> split = UvTileSplit::plan(NeqView(bytes));
-    if (!split) return kNoUvBlockResult;
+    if (!split) return kNoBlockResult;
     if (base == nullptr) return split->tiles().empty() ? 0.0f : kSplitCannotCreateBase + 1.0f;
     return split->writeTileFiles(uvTileFileStem(base), names);
 }

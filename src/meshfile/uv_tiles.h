@@ -16,10 +16,6 @@
 
 namespace neq::meshfile {
 
-// Host codes of the tile listing.
-constexpr float kUvFileCannotOpenResult = -17.0f;
-constexpr float kNoUvBlockResult = -18.0f;
-
 struct UV_tile {
     std::string name; // "_u<u>_v<v>"
     std::int32_t u = 0;
@@ -103,9 +99,8 @@ float listUvTiles(const char* path, UvTileScan& scan);
 
 namespace neq::meshfile {
 
-// Host codes of the split, besides the tile count and kNoUvBlockResult.
-constexpr float kSplitCannotOpenResult = -1760.0f;
-// Plus k + 1 when the file of the tile at 0-based position k cannot be written.
+// The split's host codes: the tile count, kCannotOpenResult, kNoBlockResult, or this
+// plus k + 1 when the file of the tile at 0-based position k cannot be written.
 constexpr float kSplitCannotCreateBase = 1500.0f;
 
 // Everything a split needs, worked out once: the tiles in naming order and, per pair,
