@@ -2,7 +2,7 @@
 // whole-file reads take regular files only, and a replacement either puts the whole new
 // content in place or leaves the target as it was, with no temporary file behind.
 
-#include "bridge/vd_neq_app_parser.h"
+#include "bridge/vd_neq_app.h"
 #include "foundation/atomic_file.h"
 #include "foundation/vd_binary_file.h"
 #include "foundation/vd_config_parser.h"
