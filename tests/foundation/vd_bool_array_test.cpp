@@ -1,4 +1,4 @@
-// What the differential test against the model (vd_bool_array_model_test.cpp) cannot
+// What the differential test against the model (at the end of this file) cannot
 // see: the empty state, the storage bytes beyond the bit count, aliasing, and the
 // accessors without a size test.
 
