@@ -27,6 +27,14 @@ constexpr float kCannotOpenOutputResult = -2.0f;
 // A block tag expected where the file has fewer than four bytes left. A tag that was
 // found converts to a non-negative float, so this code never reads as a found tag.
 constexpr float kTagPastEndResult = -1.0f;
+// Earlier names of the codes above, for code outside the library that still spells
+// them so; new code uses the names above.
+constexpr float kCannotOpenInputResult = kCannotOpenResult;
+constexpr float kSplitCannotOpenResult = kCannotOpenResult;
+constexpr float kUvFileCannotOpenResult = kCountCannotOpenResult;
+constexpr float kGroupFileCannotOpenResult = kCountCannotOpenResult;
+constexpr float kNoUvBlockResult = kNoBlockResult;
+constexpr float kNoGroupBlockResult = kNoBlockResult;
 
 constexpr std::size_t kFileHeaderSize = 32;
 constexpr std::size_t kBlockHeaderSize = 16;
