@@ -5,20 +5,15 @@
 
 #include "bindings.h"
 
-#include "api/blend_exports.h"
-#include "api/name_exports.h"
-#include "api/uv_tile_exports.h"
+#include "api/host_entry.h"
 #include "blend/blend_result.h"
-#include "bridge/neq_app_keys.h"
-#include "bridge/path_entry.h"
 #include "bridge/vd_neq.h"
-#include "bridge/vd_neq_app_parser.h"
+#include "bridge/vd_neq_app.h"
 #include "foundation/vd_config_parser.h"
 #include "meshfile/face_ids.h"
 #include "meshfile/groups.h"
 #include "meshfile/obj_export.h"
 #include "meshfile/uv_tiles.h"
-#include "meshfile/uv_tiles_split.h"
 #include "uvmerge/maya_file_rewrite.h"
 
 #include <pybind11/stl.h>
