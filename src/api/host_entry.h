@@ -1,13 +1,30 @@
 #pragma once
 
 // The shape shared by the fifteen host entries: a text in, a number no entry reads,
-// a host-owned output buffer, and a float status back.
+// a host-owned output buffer, and a float status back. Including this header brings in
+// the public interface, the one declaration of every entry, typed export and module
+// global.
 
 #include "foundation/export.h"
 
+// The standard and system headers the public interface needs come first, so that only
+// the interface's own declarations are marked as exported below.
+#include <dirent.h>
+#include <sys/time.h>
+
+#include <cstdint>
 #include <cstring>
 #include <exception>
+#include <set>
+#include <string>
 #include <string_view>
+#include <vector>
+
+// The public headers carry no visibility marks (their consumers have no use for them);
+// everything they declare is what the library exports.
+#pragma GCC visibility push(default)
+#include "neqbridge/neqbridge.hpp"
+#pragma GCC visibility pop
 
 #define NEQBRIDGE_HOST_ENTRY extern "C" NEQBRIDGE_API float
 

@@ -1,5 +1,8 @@
 #include "api/name_registry.h"
 
+#include "api/host_entry.h"
+#include "api/module_state.h"
+
 namespace neq::api {
 namespace {
 
@@ -47,3 +50,21 @@ VDString reserveUniqueName(std::set<std::string>& issued, CopyCounterHints& hint
 }
 
 } // namespace neq::api
+
+// The host-facing registry: the module's `nameSet` and the hints that belong to it.
+namespace {
+neq::api::CopyCounterHints copyCounterHints;
+} // namespace
+
+// Null when memory ran out; the name may then be reserved without being handed out.
+char* NameCheck(char* name) try {
+    const VDString unique = neq::api::reserveUniqueName(nameSet, copyCounterHints, name);
+    return neq::api::newHostText({unique.c_str(), static_cast<std::size_t>(unique.length())});
+} catch (...) {
+    return nullptr;
+}
+
+void NameSetClear() {
+    nameSet.clear();
+    copyCounterHints = {};
+}

@@ -1,7 +1,8 @@
 #pragma once
 
 // The unique-name registry: turns a proposed object name into one without spaces or
-// dashes that has not been handed out since the registry was last emptied.
+// dashes that has not been handed out since the registry was last emptied. The host
+// reaches it through NameCheck and NameSetClear (defined with it), over `nameSet`.
 
 #include "foundation/vd_string.h"
 

@@ -47,3 +47,50 @@ class NEQBRIDGE_API VDNeQ {
     static VDString readAppPath(const VDString& app, bool* found);
     static bool writeAppPath(const VDString& app, const VDString& path);
 };
+
+// The names of the bridge's shared folder tree. They are fixed when the library loads:
+// the public folder is NEQBRIDGE_PUBLIC_FOLDER when that is set and not empty, else
+// the desktop's shared folder, and every other name follows from it.
+
+namespace neq::bridge {
+
+inline constexpr char kDefaultPublicFolder[] = "/Users/Shared/Vandrel";
+inline constexpr char kPublicFolderVariable[] = "NEQBRIDGE_PUBLIC_FOLDER";
+
+struct SharedFolderNames {
+    // The variable named the root folder (also as "//", "/tmp/.." or a link to "/"): the
+    // tree would spread over the root itself, so it is refused and every name below is
+    // empty, which the bridge treats as no folder at all.
+    bool rootRefused = false;
+    VDString publicFolder;
+    VDString folderSeparator;
+    VDString appsFolder;
+    VDString brushFolder;
+    VDString projectsFolder;
+    VDString defaultProjectFolder;
+};
+
+// The names for a value of the variable (null or empty: the default folder). Trailing
+// separators of the value are dropped, so "/srv/bridge/" gives "/srv/bridge"; a value
+// that is the root is refused.
+SharedFolderNames sharedFolderNamesFor(const char* variableValue);
+
+// The names the library loaded with: computed from the environment on first use, which
+// is during the library's static initialisation.
+const SharedFolderNames& loadedSharedFolderNames();
+
+} // namespace neq::bridge
+
+// The PATH entry of a NeQ_Config.txt file: an installed location, stored quoted. An
+// empty file path is the one the bridge gives where there is no file to use (a refused
+// application name or public folder): nothing is found there and nothing written.
+
+namespace neq::bridge {
+
+// The entry's value without its quotes; empty when the file or the entry is missing.
+// found, when given, tells whether a PATH line exists.
+VDString readPathEntry(const VDString& configFile, bool* found);
+// Writes "PATH = "path"" as the file's first line, creating the file (not its folder).
+bool writePathEntry(const VDString& configFile, const VDString& path);
+
+} // namespace neq::bridge

@@ -1,8 +1,10 @@
-// VDBoolArray storage: allocation with guards, assign, resize, copy and release.
+// VDBoolArray: storage (allocation with guards, assign, resize, copy, release), bit
+// access, searches and the logical operations.
 
 #include "foundation/vd_bool_array.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <utility>
 
@@ -161,4 +163,293 @@ void VDBoolArray::copy(const VDBoolArray& other, bool reuseStorage) {
     }
     std::memcpy(data_, other.data_, static_cast<std::size_t>(bytes));
     count_ = other.count_;
+}
+
+// VDBoolArray edits: auto-resizing bits, ranges, index lists, whole-array changes,
+// insert and erase.
+
+bool VDBoolArray::reach(int i) {
+    if (i < 0) return false;
+    if (i >= count_) resize(i + 1, false);
+    return true;
+}
+
+void VDBoolArray::setAutoResize(int i) {
+    if (reach(i)) set(i);
+}
+
+void VDBoolArray::clearAutoResize(int i) {
+    if (reach(i)) clear(i);
+}
+
+void VDBoolArray::toggleAutoResize(int i) {
+    if (reach(i)) toggle(i);
+}
+
+void VDBoolArray::fillBits(int begin, int end, bool value) {
+    const int firstByte = begin >> 3;
+    const int lastByte = (end - 1) >> 3;
+    auto apply = [&](int byte, unsigned char mask) {
+        if (value)
+            data_[byte] |= mask;
+        else
+            data_[byte] &= static_cast<unsigned char>(~mask);
+    };
+    const unsigned char head = fromBit(begin);
+    const unsigned char tail = throughBit(end - 1);
+    if (firstByte == lastByte) {
+        apply(firstByte, head & tail);
+        return;
+    }
+    apply(firstByte, head);
+    std::memset(data_ + firstByte + 1, value ? 0xFF : 0x00,
+                static_cast<std::size_t>(lastByte - firstByte - 1));
+    apply(lastByte, tail);
+}
+
+void VDBoolArray::writeRange(int first, int count, bool value) {
+    if (first < 0) return;
+    if (count < 1) count = 1;
+    if (count > INT_MAX - first) return; // the end would not be an int
+    const int end = first + count;
+    if (end > count_) resize(end, false);
+    fillBits(first, end, value);
+}
+
+void VDBoolArray::set(int n, const int* indices) {
+    for (int k = 0; k < n; ++k)
+        set(indices[k]);
+}
+
+void VDBoolArray::clear(int n, const int* indices) {
+    for (int k = 0; k < n; ++k)
+        clear(indices[k]);
+}
+
+void VDBoolArray::set(const VDArray<int>& indices) {
+    for (int i : indices)
+        set(i);
+}
+
+void VDBoolArray::clear(const VDArray<int>& indices) {
+    for (int i : indices)
+        clear(i);
+}
+
+void VDBoolArray::markBytes(const VDArray<int>& indices, unsigned char fill) {
+    if (count_ == 0) return;
+    const int lastByte = (count_ - 1) >> 3;
+    const unsigned char saved = data_[lastByte];
+    for (int i : indices)
+        if (static_cast<unsigned>(i) < static_cast<unsigned>(count_)) data_[i >> 3] = fill;
+    const unsigned char used = throughBit(count_ - 1);
+    data_[lastByte] = static_cast<unsigned char>((data_[lastByte] & used) | (saved & ~used));
+}
+
+void VDBoolArray::setAll() {
+    std::memset(data_, 0xFF, static_cast<std::size_t>(bytesFor(count_)));
+}
+
+void VDBoolArray::clearAll() {
+    std::memset(data_, 0x00, static_cast<std::size_t>(bytesFor(count_)));
+}
+
+void VDBoolArray::toggleAll() {
+    const int bytes = bytesFor(count_);
+    for (int k = 0; k < bytes; ++k)
+        data_[k] = static_cast<unsigned char>(~data_[k]);
+}
+
+void VDBoolArray::insert(int i, bool value) {
+    if (i < 0 || i >= count_ || count_ == INT_MAX) return;
+    resize(count_ + 1, false);
+    for (int j = count_ - 1; j > i; --j)
+        set(j, getNoSizeTest(j - 1));
+    set(i, value);
+}
+
+void VDBoolArray::erase(int i) {
+    if (i < 0 || i >= count_) return;
+    for (int j = i; j < count_ - 1; ++j)
+        set(j, getNoSizeTest(j + 1));
+    --count_;
+}
+
+// VDBoolArray searches and counts: whole bytes at a time through the byte tables.
+
+namespace {
+
+// The byte a scan for value skips over whole.
+unsigned char skippedByte(bool value) {
+    return value ? 0x00 : 0xFF;
+}
+
+// b with the bits of mask forced so that they never match value.
+unsigned char hideBits(unsigned char b, unsigned char mask, bool value) {
+    return value ? static_cast<unsigned char>(b & ~mask) : static_cast<unsigned char>(b | mask);
+}
+
+} // namespace
+
+int VDBoolArray::findFirst(bool value, int from) const {
+    if (from >= count_) return -1;
+    const int start = std::max(from, 0);
+    const unsigned char skip = skippedByte(value);
+    const VDBitMgr::ByteTable& table = value ? VDBitMgr::first1 : VDBitMgr::first0;
+    const unsigned char* p = data_ + (start >> 3);
+    unsigned char b = hideBits(*p, lowBits(start & 7), value);
+    // The trailing guard (1) is neither skipped byte, so it ends the scan.
+    while (b == skip)
+        b = *++p;
+    const long long index = 8LL * (p - data_) + table[b];
+    return index < count_ ? static_cast<int>(index) : -1;
+}
+
+int VDBoolArray::findLast(bool value, int from) const {
+    if (from < 0 || count_ == 0) return -1;
+    const int start = std::min(from, count_ - 1);
+    const unsigned char skip = skippedByte(value);
+    const VDBitMgr::ByteTable& table = value ? VDBitMgr::last1 : VDBitMgr::last0;
+    const unsigned char* p = data_ + (start >> 3);
+    unsigned char b = hideBits(*p, static_cast<unsigned char>(~throughBit(start)), value);
+    // The leading guard (1) is neither skipped byte, so it ends the scan.
+    while (b == skip)
+        b = *--p;
+    if (p < data_) return -1;
+    return static_cast<int>(8 * (p - data_) + table[b]);
+}
+
+int VDBoolArray::getNumberOfBitSetWithin(int from, int to) const {
+    from = std::max(from, 0);
+    to = std::min(to, count_);
+    if (from >= to) return 0;
+    const VDBitMgr::ByteTable& ones = VDBitMgr::numberOfBitSet;
+    const int firstByte = from >> 3;
+    const int lastByte = (to - 1) >> 3;
+    const unsigned char head = fromBit(from);
+    const unsigned char tail = throughBit(to - 1);
+    if (firstByte == lastByte) return ones[data_[firstByte] & head & tail];
+    int n = ones[data_[firstByte] & head] + ones[data_[lastByte] & tail];
+    for (int k = firstByte + 1; k < lastByte; ++k)
+        n += ones[data_[k]];
+    return n;
+}
+
+int VDBoolArray::getNumberOfBitClearedWithin(int from, int to) const {
+    from = std::max(from, 0);
+    to = std::min(to, count_);
+    if (from >= to) return 0;
+    return (to - from) - getNumberOfBitSetWithin(from, to);
+}
+
+void VDBoolArray::collectIndexes(VDArray<int>& out, unsigned char flip) const {
+    out.clear();
+    const int bytes = bytesFor(count_);
+    for (int k = 0; k < bytes; ++k) {
+        unsigned b = static_cast<unsigned char>(data_[k] ^ flip);
+        if (k == bytes - 1) b &= throughBit(count_ - 1);
+        for (; b != 0; b &= b - 1)
+            out.push_back(8 * k + VDBitMgr::first1[b]);
+    }
+}
+
+// VDBoolArray operations between two arrays and their length rules.
+
+namespace {
+
+struct OrBytes {
+    unsigned char operator()(unsigned char a, unsigned char b) const { return a | b; }
+};
+struct XorBytes {
+    unsigned char operator()(unsigned char a, unsigned char b) const { return a ^ b; }
+};
+
+} // namespace
+
+// The result has the larger bit count. Bytes common to both are combined; the partial
+// byte of the shorter array takes part under the mask of its used bits (so its stale
+// bits count as 0); the longer array's remaining bytes are kept or copied.
+template <class Op> void VDBoolArray::combineLonger(const VDBoolArray& other, Op op) {
+    if (other.count_ == 0) return;
+    const unsigned char* theirs = other.data_;
+    const int shorter = std::min(count_, other.count_);
+    const int whole = shorter >> 3;
+    if (other.count_ > count_) {
+        if (other.count_ > capacityInBits()) growStorage(other.count_);
+        for (int k = 0; k < whole; ++k)
+            data_[k] = op(data_[k], theirs[k]);
+        int next = whole;
+        if (shorter & 7) {
+            data_[next] = op(data_[next] & lowBits(shorter & 7), theirs[next]);
+            ++next;
+        }
+        std::memcpy(data_ + next, theirs + next,
+                    static_cast<std::size_t>(bytesFor(other.count_) - next));
+        count_ = other.count_;
+    } else {
+        for (int k = 0; k < whole; ++k)
+            data_[k] = op(data_[k], theirs[k]);
+        if (shorter & 7) data_[whole] = op(data_[whole], theirs[whole] & lowBits(shorter & 7));
+    }
+}
+
+void VDBoolArray::merge(const VDBoolArray& other) {
+    combineLonger(other, OrBytes());
+}
+
+void VDBoolArray::toggle(const VDBoolArray& other) {
+    combineLonger(other, XorBytes());
+}
+
+void VDBoolArray::clear(const VDBoolArray& other) {
+    if (other.count_ == 0) return;
+    const int shorter = std::min(count_, other.count_);
+    const int whole = shorter >> 3;
+    for (int k = 0; k < whole; ++k)
+        data_[k] &= static_cast<unsigned char>(~other.data_[k]);
+    if (shorter & 7)
+        data_[whole] &= static_cast<unsigned char>(~(other.data_[whole] & lowBits(shorter & 7)));
+}
+
+void VDBoolArray::inter(const VDBoolArray& other) {
+    if (count_ == 0) return;
+    if (other.count_ == 0) {
+        count_ = 0;
+        data_[0] = kGuard;
+        return;
+    }
+    const int shorter = std::min(count_, other.count_);
+    const int whole = shorter >> 3;
+    for (int k = 0; k < whole; ++k)
+        data_[k] &= other.data_[k];
+    if (shorter & 7) data_[whole] &= other.data_[whole] & lowBits(shorter & 7);
+    count_ = shorter;
+    // A new guard right after the shortened data keeps later scans short.
+    const int next = bytesFor(shorter);
+    if (next < getCapacityInBytes()) data_[next] = kGuard;
+}
+
+bool VDBoolArray::hasInter(const VDBoolArray& other) const {
+    const int shorter = std::min(count_, other.count_);
+    const int whole = shorter >> 3;
+    for (int k = 0; k < whole; ++k)
+        if (data_[k] & other.data_[k]) return true;
+    return (shorter & 7) != 0 && (data_[whole] & other.data_[whole] & lowBits(shorter & 7)) != 0;
+}
+
+bool VDBoolArray::bitTest(const VDBoolArray& other) const {
+    const int last = other.findLast(true);
+    if (last < 0) return true;
+    if (last >= count_) return false;
+    const int lastByte = last >> 3;
+    for (int k = 0; k < lastByte; ++k)
+        if (other.data_[k] & ~data_[k]) return false;
+    return (other.data_[lastByte] & ~data_[lastByte] & throughBit(last)) == 0;
+}
+
+bool VDBoolArray::operator==(const VDBoolArray& other) const {
+    if (count_ != other.count_) return false;
+    const int whole = count_ >> 3;
+    if (std::memcmp(data_, other.data_, static_cast<std::size_t>(whole)) != 0) return false;
+    return (count_ & 7) == 0 || ((data_[whole] ^ other.data_[whole]) & lowBits(count_ & 7)) == 0;
 }

@@ -1,7 +1,6 @@
 #include "foundation/vd_log.h"
 
-#include "foundation/vd_time_start.h"
-
+#include <cerrno>
 #include <climits>
 
 bool VDLogServer::m_initialized = false;
@@ -66,3 +65,23 @@ void VDLogBloc::end() {
     m_increment = 0;
     m_title.clear();
 }
+
+std::clock_t VDTimeService::clock() {
+    return std::clock();
+}
+
+int VDTimeService::getCurTimeInMS() {
+    // The clock counts microseconds on the targets this was written for; the divisor
+    // is kept as written rather than taken from CLOCKS_PER_SEC.
+    return static_cast<int>(static_cast<long long>(clock()) * 1000 / 1000000);
+}
+
+void VDTimeService::sleep(unsigned int ms) {
+    // nanosleep rather than usleep: usleep may refuse a second or more.
+    timespec remaining{static_cast<std::time_t>(ms / 1000),
+                       static_cast<long>(ms % 1000) * 1000000L};
+    while (::nanosleep(&remaining, &remaining) != 0 && errno == EINTR) {
+    }
+}
+
+timeval s_startTimeVal = {0, 0};

@@ -1,12 +1,17 @@
 #pragma once
 
-// VDLogServer and VDLogBloc: the logging facade. Log output is switched off in this
-// library, so every operation that would show or write text does nothing; the margin
-// bookkeeping of nested blocks is kept, so code written against the facade runs
-// unchanged.
+// The log and time services. VDLogServer and VDLogBloc: the logging facade. Log output
+// is switched off in this library, so every operation that would show or write text
+// does nothing; the margin bookkeeping of nested blocks is kept, so code written against
+// the facade runs unchanged. VDTimeService: the processor clock and a sleep.
+// s_startTimeVal: the time the log service was initialised.
 
 #include "foundation/export.h"
 #include "foundation/vd_string.h"
+
+#include <sys/time.h>
+
+#include <ctime>
 
 class NEQBRIDGE_API VDLogServer {
   public:
@@ -62,3 +67,22 @@ class NEQBRIDGE_API VDLogBloc {
     int m_increment = 0;
     VDString m_title;
 };
+
+// VDTimeService: the processor clock in milliseconds and a sleep.
+
+class NEQBRIDGE_API VDTimeService {
+  public:
+    // The processor clock (std::clock).
+    static std::clock_t clock();
+    // Processor time in milliseconds: clock() * 1000 / 1000000.
+    static int getCurTimeInMS();
+    // Waits ms milliseconds.
+    static void sleep(unsigned int ms);
+};
+
+// The time of day at which the log service was initialised. It is module state the
+// host can read as a data symbol, but it belongs to the foundation layer that sets it,
+// so the layers above include it from here.
+
+// Zero until VDLogServer::init records the current time of day.
+extern NEQBRIDGE_API timeval s_startTimeVal;

@@ -1,7 +1,7 @@
 #include "meshfile/face_ids.h"
 
-#include "meshfile/neq_format.h"
-#include "meshfile/obj_export_outcome.h"
+#include "meshfile/neq_file.h"
+#include "meshfile/obj_export.h"
 
 #include <cmath>
 #include <limits>
@@ -43,7 +43,7 @@ std::size_t readFaceIds(const NeqView& file, double level, std::vector<std::uint
 float loadFaceIds(const char* path, double level, std::vector<std::uint32_t>& faceIds) {
     faceIds.clear();
     NeqBytes bytes;
-    if (!loadNeqFile(path, bytes)) return kCannotOpenInputResult;
+    if (!loadNeqFile(path, bytes)) return kCannotOpenResult;
     return static_cast<float>(readFaceIds(NeqView(bytes), level, faceIds));
 }
 

@@ -3,7 +3,7 @@
 // Face IDs of a base mesh: for each base face, how many faces of the mesh subdivided
 // `level` times come from it. The OBJ export groups the subdivided faces with them.
 
-#include "meshfile/neq_bytes.h"
+#include "meshfile/neq_file.h"
 
 #include <cstdint>
 #include <vector>

@@ -1,7 +1,6 @@
 #include "meshfile/groups.h"
 
-#include "meshfile/neq_format.h"
-#include "meshfile/record_block.h"
+#include "meshfile/neq_file.h"
 
 #include <bitset>
 #include <cstdint>
@@ -24,9 +23,9 @@ std::optional<std::size_t> countDistinctGroups(const NeqView& file) {
 
 float countGroupsInFile(const char* path) {
     NeqBytes bytes;
-    if (!loadNeqFile(path, bytes)) return kGroupFileCannotOpenResult;
+    if (!loadNeqFile(path, bytes)) return kCountCannotOpenResult;
     const std::optional<std::size_t> groups = countDistinctGroups(NeqView(bytes));
-    return groups ? static_cast<float>(*groups) : kNoGroupBlockResult;
+    return groups ? static_cast<float>(*groups) : kNoBlockResult;
 }
 
 } // namespace neq::meshfile

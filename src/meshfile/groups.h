@@ -3,16 +3,12 @@
 // Polygroups of a NeQ mesh: one signed 16-bit group identifier per face, in the group
 // block.
 
-#include "meshfile/neq_bytes.h"
+#include "meshfile/neq_file.h"
 
 #include <cstddef>
 #include <optional>
 
 namespace neq::meshfile {
-
-// Host codes of the group count.
-constexpr float kGroupFileCannotOpenResult = -17.0f;
-constexpr float kNoGroupBlockResult = -18.0f;
 
 // The number of distinct values in the group block, or nullopt when there is none. A
 // count that claims more records than the buffer holds is clamped to those present.

@@ -1,7 +1,6 @@
 #include "meshfile/neq_inspect.h"
 
 #include "meshfile/obj_export.h"
-#include "meshfile/obj_export_outcome.h"
 
 namespace neq::meshfile {
 namespace {

@@ -3,8 +3,7 @@
 // A NeQ file described block by block, with what is malformed in it: what `neqbridge
 // info` prints. Reading only; every field is checked against the loaded buffer.
 
-#include "meshfile/neq_bytes.h"
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,6 @@
 #include "meshfile/neq_writer.h"
 
-#include "meshfile/field_readers.h"
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 
 #include <cstdio>
 #include <cstring>

@@ -3,7 +3,7 @@
 // Builds NeQ files from an in-memory mesh, for tools, tests and benchmarks. The
 // library itself only reads NeQ files, apart from the per-tile UV files.
 
-#include "meshfile/neq_bytes.h"
+#include "meshfile/neq_file.h"
 
 #include <array>
 #include <cstdint>

@@ -2,11 +2,55 @@
 
 #include "foundation/number_format.h"
 #include "foundation/output_file.h"
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/rgb_block.h"
 
 #include <cstring>
 #include <string_view>
+
+namespace neq::meshfile {
+
+float ExportOutcome::hostResult() const {
+    switch (status) {
+    case ExportStatus::Written:
+        return kWrittenResult;
+    case ExportStatus::NoFaceIds:
+        return kNoBlockResult;
+    case ExportStatus::CannotOpenInput:
+        return kCannotOpenResult;
+    case ExportStatus::CannotOpenOutput:
+    case ExportStatus::WriteFailed:
+        // The host knows one output failure; a file it cannot rely on is one.
+        return kCannotOpenOutputResult;
+    case ExportStatus::TagMismatch:
+        return mismatch.found ? static_cast<float>(*mismatch.found) : kTagPastEndResult;
+    }
+    return kTagPastEndResult;
+}
+
+const char* blockKindName(std::uint32_t tag) {
+    switch (tag) {
+    case kVertexTag:
+        return "vertex";
+    case kFaceTag:
+        return "face";
+    case kUvTag:
+        return "UV";
+    case kColourTag:
+        return "colour";
+    case kGroupTag:
+        return "group";
+    default:
+        return "unknown";
+    }
+}
+
+std::string describeFoundTag(std::optional<std::uint32_t> found) {
+    if (!found) return "the end of the file";
+    return "tag " + std::to_string(*found) + " (" + blockKindName(*found) + " block)";
+}
+
+} // namespace neq::meshfile
 
 namespace neq::meshfile {
 namespace {

@@ -1,14 +1,67 @@
 #pragma once
 
-// Wavefront OBJ from a subdivided NeQ mesh: vertices, the RGB colour block, and the
-// faces grouped under "#FaceID" comments naming the base face each run came from.
+// The OBJ export, and what it and the colour-file export report: the outcome, what
+// reached the output, and the float code the host reads.
 
-#include "meshfile/neq_bytes.h"
-#include "meshfile/obj_export_outcome.h"
+#include "meshfile/neq_file.h"
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
+
+namespace neq::meshfile {
+
+enum class ExportStatus {
+    Written,
+    NoFaceIds,        // the face-ID list was empty; nothing was opened
+    CannotOpenInput,  //
+    CannotOpenOutput, //
+    WriteFailed,      // the output opened but a write or the close failed (disk full...)
+    TagMismatch,      // a block was not where the export expects it; a partial file may remain
+};
+
+struct TagMismatch {
+    // Where the tag was expected; nullopt when the length or count fields that locate
+    // it already lie past the end of the file.
+    std::optional<std::uint64_t> offset;
+    std::uint32_t expected = 0;
+    // The tag found there; nullopt when its four bytes do not lie wholly in the file.
+    std::optional<std::uint32_t> found;
+};
+
+struct ExportOutcome {
+    ExportStatus status = ExportStatus::Written;
+    TagMismatch mismatch; // for TagMismatch only
+    // What the output holds, also after a tag mismatch.
+    std::uint64_t vertices = 0;
+    std::uint64_t colours = 0;
+    std::uint64_t faces = 0;
+    std::uint64_t faceGroups = 0;
+
+    // 0, -18, -1760, -2 (also for a failed write), or the tag found converted to float
+    // (-1 when it lay past the end).
+    float hostResult() const;
+};
+
+// An outcome that reached no output: the early failures.
+inline ExportOutcome outcomeOf(ExportStatus status) {
+    ExportOutcome outcome;
+    outcome.status = status;
+    return outcome;
+}
+
+// What a block tag means, for messages: "vertex", "face", "UV", "colour", "group",
+// or "unknown".
+const char* blockKindName(std::uint32_t tag);
+
+// "tag 20001 (face block)", or "the end of the file" for a tag that lies past it.
+std::string describeFoundTag(std::optional<std::uint32_t> found);
+
+} // namespace neq::meshfile
+
+// Wavefront OBJ from a subdivided NeQ mesh: vertices, the RGB colour block, and the
+// faces grouped under "#FaceID" comments naming the base face each run came from.
 
 namespace neq::meshfile {
 

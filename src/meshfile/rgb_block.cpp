@@ -1,6 +1,6 @@
 #include "meshfile/rgb_block.h"
 
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 
 #include <cstring>
 #include <string_view>

@@ -4,8 +4,8 @@
 // carried by OBJ files and written on its own by the colour export.
 
 #include "foundation/output_file.h"
-#include "meshfile/neq_bytes.h"
-#include "meshfile/obj_export_outcome.h"
+#include "meshfile/neq_file.h"
+#include "meshfile/obj_export.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,4 @@
-#include "bridge/neq_app_keys.h"
-#include "bridge/vd_neq_app_parser.h"
+#include "bridge/vd_neq_app.h"
 
 #include "support/temp_dir.h"
 

@@ -1,5 +1,3 @@
-#include "bridge/path_entry.h"
-#include "bridge/shared_folder_names.h"
 #include "bridge/vd_neq.h"
 
 #include "support/temp_dir.h"

@@ -2,7 +2,7 @@
 // files hold is checked by the library tests; these check the messages, the files left
 // behind and that inputs survive.
 
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/neq_writer.h"
 #include "support/temp_dir.h"
 #include "support/tool_run.h"

@@ -2,16 +2,14 @@
 // whole-file reads take regular files only, and a replacement either puts the whole new
 // content in place or leaves the target as it was, with no temporary file behind.
 
-#include "api/blend_exports.h"
-#include "api/mesh_exports.h"
-#include "api/uv_tile_exports.h"
-#include "bridge/vd_neq_app_parser.h"
+#include "bridge/vd_neq_app.h"
 #include "foundation/atomic_file.h"
 #include "foundation/vd_binary_file.h"
 #include "foundation/vd_config_parser.h"
 #include "foundation/vd_disk_server.h"
 #include "foundation/whole_file.h"
 #include "neqbridge/neqbridge.h"
+#include "neqbridge/neqbridge.hpp"
 
 #include "support/child_process.h"
 #include "support/temp_dir.h"

@@ -5,79 +5,70 @@
 
 namespace {
 
-// Bit positions computed the slow way, for comparison with the tables.
-int slowFirst(int b, int bit) {
-    for (int i = 0; i < 8; ++i)
-        if (((b >> i) & 1) == bit) return i;
-    return 8;
+// The compiler's bit builtins are the oracle: lowest and highest set bit of a value
+// `width` bits wide, or `width` when none is set.
+int lowest1(unsigned v, int width) {
+    return v == 0 ? width : __builtin_ctz(v);
 }
-int slowLast(int b, int bit) {
-    for (int i = 7; i >= 0; --i)
-        if (((b >> i) & 1) == bit) return i;
-    return 8;
+int highest1(unsigned v, int width) {
+    return v == 0 ? width : 31 - __builtin_clz(v);
 }
 
-TEST(VDBitMgr, TablesDescribeEveryByte) {
-    for (int b = 0; b < 256; ++b) {
-        EXPECT_EQ(VDBitMgr::numberOfBitSet[b], __builtin_popcount(static_cast<unsigned>(b))) << b;
-        EXPECT_EQ(VDBitMgr::first1[b], slowFirst(b, 1)) << b;
-        EXPECT_EQ(VDBitMgr::first0[b], slowFirst(b, 0)) << b;
-        EXPECT_EQ(VDBitMgr::last1[b], slowLast(b, 1)) << b;
-        EXPECT_EQ(VDBitMgr::last0[b], slowLast(b, 0)) << b;
-
-        const auto byte = static_cast<unsigned char>(b);
-        EXPECT_EQ(VDBitMgr::getFirstBit1(byte), VDBitMgr::first1[b]);
-        EXPECT_EQ(VDBoolArray::getNumBitsAt1(byte), VDBitMgr::numberOfBitSet[b]);
-        EXPECT_EQ(VDBoolArray::getNumBitsAt0(byte), 8 - VDBitMgr::numberOfBitSet[b]);
-        EXPECT_EQ(VDBoolArray::getFirstBitAt1(byte), VDBitMgr::first1[b]);
-        EXPECT_EQ(VDBoolArray::getFirstBitAt0(byte), VDBitMgr::first0[b]);
-        EXPECT_EQ(VDBoolArray::getLastBitAt1(byte), VDBitMgr::last1[b]);
-        EXPECT_EQ(VDBoolArray::getLastBitAt0(byte), VDBitMgr::last0[b]);
+// Every 16-bit value, through the byte, 16-bit and word forms; the word forms again with
+// the value moved into the upper half of the 32 bits they look at.
+TEST(VDBitMgr, EveryFormAgreesWithTheBuiltinsOverSixteenBits) {
+    for (unsigned v = 0; v <= 0xFFFF; ++v) {
+        const unsigned inverse = ~v & 0xFFFF;
+        if (v < 256) {
+            const auto byte = static_cast<unsigned char>(v);
+            const unsigned inverseByte = ~v & 0xFF;
+            ASSERT_EQ(VDBitMgr::numberOfBitSet[v], __builtin_popcount(v)) << v;
+            ASSERT_EQ(VDBitMgr::first1[v], lowest1(v, 8)) << v;
+            ASSERT_EQ(VDBitMgr::first0[v], lowest1(inverseByte, 8)) << v;
+            ASSERT_EQ(VDBitMgr::last1[v], highest1(v, 8)) << v;
+            ASSERT_EQ(VDBitMgr::last0[v], highest1(inverseByte, 8)) << v;
+            ASSERT_EQ(VDBitMgr::getFirstBit1(byte), lowest1(v, 8));
+            ASSERT_EQ(VDBoolArray::getNumBitsAt1(byte), __builtin_popcount(v));
+            ASSERT_EQ(VDBoolArray::getNumBitsAt0(byte), 8 - __builtin_popcount(v));
+            ASSERT_EQ(VDBoolArray::getFirstBitAt1(byte), lowest1(v, 8));
+            ASSERT_EQ(VDBoolArray::getFirstBitAt0(byte), lowest1(inverseByte, 8));
+            ASSERT_EQ(VDBoolArray::getLastBitAt1(byte), highest1(v, 8));
+            ASSERT_EQ(VDBoolArray::getLastBitAt0(byte), highest1(inverseByte, 8));
+        }
+        const auto half = static_cast<unsigned short>(v);
+        ASSERT_EQ(VDBitMgr::getNumBits1(half), __builtin_popcount(v)) << v;
+        ASSERT_EQ(VDBitMgr::getNumBits0(half), 16 - __builtin_popcount(v)) << v;
+        ASSERT_EQ(VDBitMgr::getFirstBit1(half), lowest1(v, 16)) << v;
+        ASSERT_EQ(VDBitMgr::getFirstBit0(half), lowest1(inverse, 16)) << v;
+        ASSERT_EQ(VDBitMgr::getLastBit1(half), highest1(v, 16)) << v;
+        ASSERT_EQ(VDBitMgr::getLastBit0(half), highest1(inverse, 16)) << v;
+        for (const unsigned word : {v, v << 16, v | 0xFFFF0000u}) {
+            const unsigned inverseWord = ~word;
+            ASSERT_EQ(VDBitMgr::getNumBits1(static_cast<unsigned long>(word)),
+                      __builtin_popcount(word));
+            ASSERT_EQ(VDBitMgr::getNumBits0(static_cast<unsigned long>(word)),
+                      32 - __builtin_popcount(word));
+            ASSERT_EQ(VDBitMgr::getFirstBit1(static_cast<unsigned long>(word)), lowest1(word, 32));
+            ASSERT_EQ(VDBitMgr::getFirstBit0(static_cast<unsigned long>(word)),
+                      lowest1(inverseWord, 32));
+            ASSERT_EQ(VDBitMgr::getLastBit1(static_cast<unsigned long>(word)), highest1(word, 32));
+            ASSERT_EQ(VDBitMgr::getLastBit0(static_cast<unsigned long>(word)),
+                      highest1(inverseWord, 32));
+        }
     }
     EXPECT_EQ(VDBitMgr::getBitOrdering(), 1);
 }
 
-TEST(VDBitMgr, SixteenBitForms) {
-    using U16 = unsigned short;
-    EXPECT_EQ(VDBitMgr::getFirstBit1(U16(0)), 16);
-    EXPECT_EQ(VDBitMgr::getLastBit1(U16(0)), 16);
-    EXPECT_EQ(VDBitMgr::getFirstBit0(U16(0xFFFF)), 16);
-    EXPECT_EQ(VDBitMgr::getLastBit0(U16(0xFFFF)), 16);
-    EXPECT_EQ(VDBitMgr::getFirstBit1(U16(0x0100)), 8);
-    EXPECT_EQ(VDBitMgr::getLastBit1(U16(0x8001)), 15);
-    EXPECT_EQ(VDBitMgr::getFirstBit0(U16(0x00FF)), 8);
-    EXPECT_EQ(VDBitMgr::getLastBit0(U16(0x7FFF)), 15);
-    EXPECT_EQ(VDBitMgr::getLastBit0(U16(0xFF00)), 7);
-    EXPECT_EQ(VDBitMgr::getNumBits1(U16(0xF0F1)), 9);
-    EXPECT_EQ(VDBitMgr::getNumBits0(U16(0xF0F1)), 7);
-}
-
 TEST(VDBitMgr, WordFormsLookAtThirtyTwoBitsOnly) {
-    EXPECT_EQ(VDBitMgr::getFirstBit1(0UL), 32);
-    EXPECT_EQ(VDBitMgr::getLastBit1(0UL), 32);
-    EXPECT_EQ(VDBitMgr::getFirstBit0(0xFFFFFFFFUL), 32);
-    EXPECT_EQ(VDBitMgr::getLastBit0(0xFFFFFFFFUL), 32);
-    EXPECT_EQ(VDBitMgr::getNumBits1(0UL), 0);
-    EXPECT_EQ(VDBitMgr::getNumBits0(0UL), 32);
-    EXPECT_EQ(VDBitMgr::getFirstBit1(0x00010000UL), 16);
-    EXPECT_EQ(VDBitMgr::getFirstBit1(0x80000000UL), 31);
-    EXPECT_EQ(VDBitMgr::getLastBit1(0x80000001UL), 31);
-    EXPECT_EQ(VDBitMgr::getLastBit1(0x00000300UL), 9);
-    EXPECT_EQ(VDBitMgr::getFirstBit0(0x00FFFFFFUL), 24);
-    EXPECT_EQ(VDBitMgr::getLastBit0(0x7FFFFFFFUL), 31);
-    EXPECT_EQ(VDBitMgr::getNumBits1(0xFFFFFFFFUL), 32);
-
-    if (sizeof(unsigned long) > 4) {
-        // The upper half of a wider word is not looked at.
-        const unsigned long high = ~0UL << 16 << 16;
-        EXPECT_EQ(VDBitMgr::getNumBits1(high), 0);
-        EXPECT_EQ(VDBitMgr::getNumBits0(high), 32);
-        EXPECT_EQ(VDBitMgr::getFirstBit1(high), 32);
-        EXPECT_EQ(VDBitMgr::getLastBit1(high | 4UL), 2);
-        EXPECT_EQ(VDBitMgr::getFirstBit0(high | 0xFFFFFFFFUL), 32);
-        EXPECT_EQ(VDBitMgr::getLastBit0(high | 0xFFFFFFFFUL), 32);
-        EXPECT_EQ(VDBitMgr::getNumBits1(~0UL), 32);
-    }
+    if (sizeof(unsigned long) == 4) GTEST_SKIP() << "no bits above 32";
+    const unsigned long high = ~0UL << 16 << 16;
+    EXPECT_EQ(VDBitMgr::getNumBits1(high), 0);
+    EXPECT_EQ(VDBitMgr::getNumBits0(high), 32);
+    EXPECT_EQ(VDBitMgr::getFirstBit1(high), 32);
+    EXPECT_EQ(VDBitMgr::getLastBit1(high | 4UL), 2);
+    EXPECT_EQ(VDBitMgr::getFirstBit0(high | 0xFFFFFFFFUL), 32);
+    EXPECT_EQ(VDBitMgr::getLastBit0(high | 0xFFFFFFFFUL), 32);
+    EXPECT_EQ(VDBitMgr::getNumBits1(~0UL), 32);
 }
 
 } // namespace

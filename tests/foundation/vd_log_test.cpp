@@ -1,6 +1,4 @@
 #include "foundation/vd_log.h"
-#include "foundation/vd_time.h"
-#include "foundation/vd_time_start.h"
 
 #include <gtest/gtest.h>
 

@@ -22,32 +22,6 @@ TEST(VDVector, ComponentsArePacked) {
     EXPECT_EQ(VDVector3f::m_zero, VDVector3f(0, 0, 0));
 }
 
-TEST(VDVector, TwoComponentNormalizeLeavesShortVectors) {
-    VDVector2f tiny(0.0000005f, 0);
-    tiny.normalize();
-    EXPECT_EQ(tiny, VDVector2f(0.0000005f, 0));
-    tiny.normalize(3);
-    EXPECT_EQ(tiny, VDVector2f(0.0000005f, 0));
-
-    VDVector2f f(3, 4);
-    f.normalize(10);
-    EXPECT_EQ(f, VDVector2f(6, 8));
-    f.normalize();
-    EXPECT_FLOAT_EQ(f.x, 0.6f);
-    EXPECT_FLOAT_EQ(f.y, 0.8f);
-
-    VDVector2d d(-3, 4);
-    d.normalize();
-    EXPECT_DOUBLE_EQ(d.x, -0.6);
-    EXPECT_DOUBLE_EQ(d.y, 0.8);
-    VDVector2d small(0.000002, 0);
-    small.normalize(0.5);
-    EXPECT_DOUBLE_EQ(small.x, 0.5);
-    VDVector2d below(0.0000009, 0);
-    below.normalize();
-    EXPECT_EQ(below, VDVector2d(0.0000009, 0));
-}
-
 TEST(VDVector, ThreeComponentNormalizeAnswersTheLength) {
     VDVector3d zero(0, 0, 0);
     EXPECT_EQ(zero.normalize(), 1.0);
@@ -77,27 +51,49 @@ TEST(VDVector, ThreeComponentNormalizeAnswersTheLength) {
     EXPECT_EQ(f, VDVector3f(0, 3.0f / 5, 4.0f / 5));
 }
 
-TEST(VDVector, SnapIsOneSided) {
-    VDVector2f f(1.0005f, -2.0005f);
-    f.snapToIntegerValues(0.001f);
-    EXPECT_EQ(f, VDVector2f(1, -2));
-    VDVector2f below(0.9995f, 5);
-    below.snapToIntegerValues(0.001f);
-    EXPECT_EQ(below, VDVector2f(0.9995f, 5));
-    VDVector2f negative(-2.9995f, 7.25f);
-    negative.snapToIntegerValues(0.001f);
-    EXPECT_EQ(negative, VDVector2f(-2.9995f, 7.25f));
+// The float and double twins of the two-component vector behave alike.
+template <class V> class TwoComponentVector : public ::testing::Test {};
+using TwoComponentTwins = ::testing::Types<VDVector2f, VDVector2d>;
+TYPED_TEST_SUITE(TwoComponentVector, TwoComponentTwins);
 
-    VDVector2d d(3.00001, -3.00001);
-    d.snapToIntegerValues(0.0001);
-    EXPECT_EQ(d, VDVector2d(3, -3));
-    VDVector2d stays(2.99999, 4.5);
-    stays.snapToIntegerValues(0.0001);
-    EXPECT_EQ(stays, VDVector2d(2.99999, 4.5));
+TYPED_TEST(TwoComponentVector, NormalizeLeavesShortVectors) {
+    using V = TypeParam;
+    using T = decltype(V::x);
+    for (const T shortX : {T(0.0000005), T(0.0000009)}) {
+        V tiny(shortX, 0);
+        tiny.normalize();
+        EXPECT_EQ(tiny, V(shortX, 0));
+        tiny.normalize(3);
+        EXPECT_EQ(tiny, V(shortX, 0));
+    }
+    V v(3, 4);
+    v.normalize(10);
+    EXPECT_EQ(v, V(6, 8));
+    v = V(-3, 4);
+    v.normalize();
+    EXPECT_NEAR(v.x, T(-0.6), 1e-7);
+    EXPECT_NEAR(v.y, T(0.8), 1e-7);
+    V small(T(0.000002), 0);
+    small.normalize(T(0.5));
+    EXPECT_NEAR(small.x, T(0.5), 1e-7);
+}
+
+// Truncation toward zero: only values just beyond an integer, away from zero, snap.
+TYPED_TEST(TwoComponentVector, SnapIsOneSided) {
+    using V = TypeParam;
+    using T = decltype(V::x);
+    V v(T(1.0005), T(-2.0005));
+    v.snapToIntegerValues(T(0.001));
+    EXPECT_EQ(v, V(1, -2));
+    for (const V stays : {V(T(0.9995), 5), V(T(-2.9995), T(7.25))}) {
+        V copy = stays;
+        copy.snapToIntegerValues(T(0.001));
+        EXPECT_EQ(copy, stays);
+    }
     // The bound itself does not snap.
-    VDVector2d edge(1.5, 0);
-    edge.snapToIntegerValues(0.5);
-    EXPECT_EQ(edge, VDVector2d(1.5, 0));
+    V edge(T(1.5), 0);
+    edge.snapToIntegerValues(T(0.5));
+    EXPECT_EQ(edge, V(T(1.5), 0));
 }
 
 TEST(VDVector, OrthogonalDirections) {

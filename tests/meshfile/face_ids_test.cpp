@@ -1,5 +1,5 @@
 #include "meshfile/face_ids.h"
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/neq_writer.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,7 @@
-#include "api/mesh_exports.h"
-#include "api/module_state.h"
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/neq_writer.h"
 #include "meshfile/obj_export.h"
+#include "neqbridge/neqbridge.hpp"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>

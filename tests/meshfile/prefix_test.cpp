@@ -9,7 +9,7 @@
 #include "meshfile/obj_export.h"
 #include "meshfile/rgb_block.h"
 #include "meshfile/uv_test_meshes.h"
-#include "meshfile/uv_tiles_split.h"
+#include "meshfile/uv_tiles.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 
 // Meshes shared by the UV tile and group tests.
 
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/neq_writer.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-#include "api/folder_exports.h"
+#include "neqbridge/neqbridge.hpp"
 
 #include "platform/directories.h"
 #include "platform/file_chooser.h"

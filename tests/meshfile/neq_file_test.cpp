@@ -1,7 +1,6 @@
-#include "api/mesh_exports.h"
-#include "meshfile/neq_bytes.h"
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/neq_writer.h"
+#include "neqbridge/neqbridge.hpp"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
