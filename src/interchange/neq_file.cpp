@@ -2,8 +2,7 @@
 
 #include "interchange/mesh.h"
 
-#include "meshfile/field_readers.h"
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "platform/memory_hints.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "interchange/sample_meshes.h"
 
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/neq_writer.h"
 #include "support/temp_dir.h"
 
