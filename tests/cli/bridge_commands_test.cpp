@@ -139,5 +139,66 @@ TEST(BridgeCommand, ReadsAndWritesInstalledLocations) {
     EXPECT_FALSE(fileExists(empty.file("NeQBrush")));
 }
 
+// Blender registered as a stand-in script that records its arguments and, like the
+// add-on's send step, puts an edited mesh into the project and lists it.
+TEST(BridgeCommand, SendsToAnApplicationAndReceivesWhatComesBack) {
+    TempDir dir;
+    const std::string env = movedTo(dir);
+    for (const char* folder : {"NeQBrush", "NeQApps", "NeQProjects", "NeQProjects/Default"})
+        ::mkdir(dir.file(folder).c_str(), 0755);
+    const std::string project = dir.file("NeQProjects/Default/");
+    writeFile(dir.file("blender.sh"),
+              "[ -f \"$0.fails\" ] && exit 3\nprintf '%s|' \"$@\" > \"$0.args\"\n"
+              "printf edited > '" +
+                  project +
+                  "edited.NeQ'\n"
+                  "printf 'edited\\r\\n\\n' > '" +
+                  dir.file("NeQBrush/NeQ_ObjectList.txt") + "'\n");
+    writeFile(dir.file("head.v2.NeQ"), "mesh bytes");
+
+    EXPECT_EQ(runTool("bridge register-app Blender --path " + dir.file("blender.sh"), false, env)
+                  .exitCode,
+              0);
+    EXPECT_EQ(readFile(dir.file("NeQApps/Blender/NeQ_Config.txt")),
+              "PATH = \"" + dir.file("blender.sh") + "\"\n");
+    EXPECT_EQ(runTool("app " + dir.file("NeQApps/Blender/NeQ_App.txt")).output,
+              readTestData("cli/blender_record.txt"));
+
+    ToolRun run = runTool("bridge send " + dir.file("head.v2.NeQ") + " --app Blender --background",
+                          false, env);
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(readFile(dir.file("blender.sh.args")),
+              "-b|--python-exit-code|1|--python-expr|import addon_utils, bpy; "
+              "addon_utils.check('neqbridge_blender')[1] or "
+              "addon_utils.enable('neqbridge_blender', default_set=False); "
+              "bpy.ops.neqbridge.receive()|");
+    EXPECT_EQ(readFile(project + "head.v2.NeQ"), "mesh bytes");
+    EXPECT_EQ(readFile(dir.file("NeQBrush/NeQ_ObjectPath.txt")), project + "head.v2.NeQ\n");
+
+    ::mkdir(dir.file("back").c_str(), 0755);
+    run = runTool("bridge receive " + dir.file("back"), false, env);
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, dir.file("back/edited.NeQ") + "\n");
+    EXPECT_EQ(readFile(dir.file("back/edited.NeQ")), "edited");
+
+    writeFile(dir.file("blender.sh.fails"), "");
+    const std::string send = "bridge send " + dir.file("head.v2.NeQ");
+    expectRuns({{send + " --app Blender --background", 1, "did not import"},
+                {send + " --app Maya", 2, "unknown application 'Maya'"},
+                {send, 2, "send needs --app APP"},
+                {"bridge register-app", 2, "missing APP"},
+                {"bridge receive " + dir.file("head.v2.NeQ"), 1, "not a folder"},
+                {"bridge receive " + project, 1, "(the same file)"}},
+               env);
+    writeFile(dir.file("NeQBrush/NeQ_ObjectList.txt"), "../x\n");
+    TempDir empty;
+    expectRuns(
+        {{"bridge receive " + dir.file("back"), 1, "names '../x', which is not a file name"}}, env);
+    expectRuns({{"bridge register-app Blender --path /x", 1, "NeQApps' does not exist"},
+                {send + " --app Blender", 1, "Blender is not registered"},
+                {"bridge receive " + empty.path(), 1, "NeQ_ObjectList.txt': No such file"}},
+               movedTo(empty));
+}
+
 } // namespace
 } // namespace neq::test

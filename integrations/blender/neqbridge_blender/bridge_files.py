@@ -35,7 +35,7 @@ def project_file(object_name):
 
 def app_record_path():
     """Blender's record in the shared folder, or None when there is none."""
-    path = os.path.join(_folders()["apps"], APP, RECORD_FILE)
+    path = os.path.join(_folders()["applications"], APP, RECORD_FILE)
     return path if os.path.isfile(path) else None
 
 
