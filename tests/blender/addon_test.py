@@ -113,6 +113,11 @@ def test_polygroups_only_with_their_flag():
     assert "polygroup" not in data.attributes
 
 
+def export_with_a_group_id_too_large(**arguments):
+    bpy.context.active_object.data.attributes["polygroup"].data[0].value = 40000
+    return bpy.ops.export_mesh.neq(**arguments)
+
+
 def test_failures_are_error_reports_naming_the_file():
     with open(path("cut.NeQ"), "wb") as f:
         f.write(read_bytes(SOURCE)[:100])
@@ -123,6 +128,7 @@ def test_failures_are_error_reports_naming_the_file():
          path("absent.txt")),
         (bpy.ops.export_mesh.neq, {"filepath": path("no/folder/x.NeQ")}, path("no/folder/x.NeQ")),
         (bpy.ops.neqbridge.receive, {}, "NeQ_ObjectList.txt"),
+        (export_with_a_group_id_too_large, {"filepath": path("groups.NeQ")}, path("groups.NeQ")),
     ]
     import_neq(SOURCE)
     objects = len(bpy.data.objects)

@@ -185,7 +185,11 @@ def mesh_of(data, flags):
     groups = None
     attribute = data.attributes.get(GROUP_ATTRIBUTE)
     if attribute is not None and attribute.domain == "FACE" and attribute.data_type == "INT":
-        groups = _foreach(attribute.data, "value", count, 1, np.int32)[polygon].astype(np.int16)
+        ids = _foreach(attribute.data, "value", count, 1, np.int32)
+        if count and (ids.min() < -32768 or ids.max() > 32767):
+            raise ValueError(f"the '{GROUP_ATTRIBUTE}' attribute holds ids outside -32768..32767, "
+                             "which a NeQ file cannot hold")
+        groups = ids[polygon].astype(np.int16)
 
     positions, faces, uvs = from_blender(positions, faces, uvs, flags)
     return neqbridge.Mesh(positions, faces, uvs=uvs, colors=_point_colors(data), groups=groups)
