@@ -133,8 +133,8 @@ const Command kBridgeCommand = {
     "prints each file written. The shared folder is "
     "/Users/Shared/Vandrel unless the environment variable NEQBRIDGE_PUBLIC_FOLDER "
     "names another.",
-    {{"paths|host-path|app-path", "the action"},
-     {"APP", "for app-path: its folder name under NeQApps"},
+    {{"paths|host-path|app-path|register-app|send|receive", "the action"},
+     {"APP", "for app-path and register-app: its folder name under NeQApps"},
      {"PATH", "the installed location to record (read it when absent)"},
      {"FILE.NeQ", "for send: the mesh to send"},
      {"DIR", "for receive: the folder the returned meshes are copied into"}},
