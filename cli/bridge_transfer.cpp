@@ -68,15 +68,10 @@ const KnownApp& knownApp(const std::string& app) {
     throw UsageError("unknown application '" + app + "' (the bridge knows Blender)");
 }
 
-bool isFolderPath(const std::string& path) {
-    struct stat info {};
-    return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
-}
-
 void requireFolder(const std::string& folder, const std::string& what) {
-    if (!isFolderPath(folder))
+    if (!isFolder(folder))
         throw Failure("the " + what + " folder " + quoted(folder) +
-                      " does not exist (create the shared folder tree first)");
+                      " does not exist (neqbridge bridge init creates the shared folder tree)");
 }
 
 // The program `name` as the shell would find it on PATH.
@@ -89,7 +84,7 @@ std::optional<std::string> findOnPath(const std::string& name) {
         if (end == std::string::npos) end = list.size();
         const std::string folder = end > start ? list.substr(start, end - start) : ".";
         const std::string candidate = folder + "/" + name;
-        if (::access(candidate.c_str(), X_OK) == 0 && !isFolderPath(candidate)) return candidate;
+        if (::access(candidate.c_str(), X_OK) == 0 && !isFolder(candidate)) return candidate;
         start = end + 1;
     }
     return std::nullopt;
@@ -157,7 +152,9 @@ void registerApp(const BridgeFolders& folders, const std::string& app,
     const KnownApp& known = knownApp(app);
     std::string location;
     if (path) {
-        location = *path;
+        // A bare name is looked up on PATH when the application starts; a path is made
+        // absolute, as the library's launch reads it from its first "/".
+        location = path->find('/') == std::string::npos ? *path : libraryPath(*path);
     } else if (const std::optional<std::string> found = findOnPath(known.program)) {
         location = *found;
     } else {
@@ -204,7 +201,7 @@ void sendToApp(const BridgeFolders& folders, const std::string& file, const std:
 }
 
 void receiveObjects(const BridgeFolders& folders, const std::string& dir) {
-    if (!isFolderPath(dir)) throw Failure("cannot receive into " + quoted(dir) + ": not a folder");
+    if (!isFolder(dir)) throw Failure("cannot receive into " + quoted(dir) + ": not a folder");
     const std::vector<std::string> names = listedObjects(folders.host + "/" + kObjectListFile);
     struct Mesh {
         std::string source, bytes, destination;

@@ -8,7 +8,12 @@
 #include "bridge/neq_app_keys.h"
 #include "bridge/vd_neq_app_parser.h"
 
+#include "foundation/whole_file.h"
+
+#include <strings.h>
+
 #include <cstdio>
+#include <cstring>
 
 namespace neq::cli {
 
@@ -19,16 +24,39 @@ std::vector<std::string> setFlagKeys(const VDNeQApp& app) {
     return keys;
 }
 
+namespace {
+
+// Whether a line of the description starts with one of the keys, case ignored.
+bool holdsKnownKey(const std::string& text) {
+    for (std::size_t start = 0; start < text.size();) {
+        std::size_t end = text.find_first_of("\r\n", start);
+        if (end == std::string::npos) end = text.size();
+        for (const bridge::AppKey& key : bridge::kAppKeys) {
+            const std::size_t length = std::strlen(key.key);
+            if (end - start >= length && ::strncasecmp(text.data() + start, key.key, length) == 0)
+                return true;
+        }
+        start = end + 1;
+    }
+    return false;
+}
+
+} // namespace
+
 void readAppDescription(const std::string& path, VDNeQApp& app) {
+    const std::string hostPath = libraryPath(path);
     requireInputFile(path);
     VDNeQAppParser parser;
-    if (!parser.parseFile(path.c_str())) throw Failure(quoted(path) + " is empty");
+    if (!parser.parseFile(hostPath.c_str())) throw Failure(quoted(path) + " is empty");
     app = parser;
-    std::FILE* file = std::fopen(path.c_str(), "rb");
-    const int last = file && std::fseek(file, -1, SEEK_END) == 0 ? std::fgetc(file) : EOF;
-    if (file) std::fclose(file);
-    if (last != '\n' && last != '\r')
+    std::vector<std::uint8_t> bytes;
+    readWholeFile(path.c_str(), bytes);
+    const std::string text(bytes.begin(), bytes.end());
+    if (!text.empty() && text.back() != '\n' && text.back() != '\r')
         warn("the last line of " + quoted(path) + " has no line end and is ignored");
+    if (!holdsKnownKey(text))
+        warn(quoted(path) + " holds none of the description's keys (NAME, NEQ_VERSION, "
+                            "EXTENSION, ...); every field keeps its default");
 }
 
 namespace {

@@ -45,18 +45,35 @@ void warnAboutNames(const std::string& basePath, const std::vector<std::string>&
     }
 }
 
-std::string readBaseScene(const std::string& basePath) {
-    requireInputFile(basePath);
+std::string readScene(const std::string& path, const char* role) {
+    requireInputFile(path);
     std::vector<std::uint8_t> bytes;
     errno = 0;
-    if (!readWholeFile(basePath.c_str(), bytes))
-        throw Failure("cannot read base scene " + quoted(basePath) + ": " + reasonOf(errno));
-    std::string text(bytes.begin(), bytes.end());
+    if (!readWholeFile(path.c_str(), bytes))
+        throw Failure(std::string("cannot read ") + role + " scene " + quoted(path) + ": " +
+                      reasonOf(errno));
+    return std::string(bytes.begin(), bytes.end());
+}
+
+// The statements connect nodes by names made from the file names; a scene without one
+// of them would load with broken connections, so it is refused before anything is written.
+void requireNodes(const std::string& text, const std::string& path, const char* role,
+                  const std::vector<std::string>& names) {
+    for (const std::string& name : names)
+        if (text.find("-n \"" + name + "\"") == std::string::npos)
+            throw Failure(std::string(role) + " scene " + quoted(path) + " has no node \"" + name +
+                          "\", which the blend-shape statements connect (node names come from "
+                          "the file names); nothing was written");
+}
+
+std::string readBaseScene(const std::string& basePath) {
+    std::string text = readScene(basePath, "base");
     for (const char* statement : kBlendNodeStatements)
         if (text.find(statement) != std::string::npos)
             throw Failure("base scene " + quoted(basePath) +
                           " already holds the blend-shape nodes of an earlier run (" + statement +
                           "); start again from a fresh base scene");
+    requireNodes(text, basePath, "base", {blend::nodeNameOf(basePath) + "Shape"});
     return text;
 }
 
@@ -85,20 +102,28 @@ int run(const std::vector<std::string>& args) {
 } // namespace
 
 void assembleBlendScene(const std::string& basePath, const std::vector<std::string>& targetPaths) {
-    refuseOutputNamingAnInput(basePath, targetPaths);
+    libraryPath(basePath);
+    std::vector<std::string> targetsForLibrary;
     for (const std::string& target : targetPaths)
-        requireInputFile(target);
+        targetsForLibrary.push_back(libraryPath(target));
+    refuseOutputNamingAnInput(basePath, targetPaths);
+    for (const std::string& target : targetPaths) {
+        const std::string name = blend::nodeNameOf(target);
+        requireNodes(readScene(target, "target"), target, "target",
+                     {name + "Shape", name + ":groupId1", name + ":defaultMat",
+                      name + ":defaultMat1", name + ":materialInfo1"});
+    }
     const std::string baseText = readBaseScene(basePath);
     warnAboutNames(basePath, targetPaths);
 
     // The copy keeps the base's file name, which the statements take the node names from.
     PendingOutput output(basePath, PendingOutput::Naming::sameName);
     output.write(baseText);
-    std::string workPath = output.writePath(); // the export takes the path as mutable text
+    std::string workPath = libraryPath(output.writePath()); // taken as mutable text
     clearUVTileString();
     for (std::size_t i = 0; i < targetPaths.size(); ++i) {
         errno = 0;
-        const float code = addBlend(targetPaths[i].c_str(), workPath.data());
+        const float code = addBlend(targetsForLibrary[i].c_str(), workPath.data());
         if (code != blend::kBlendDone) failBlendStep(code, basePath, targetPaths[i], errno);
         status("  target " + std::to_string(i) + "  \"" + UVTileStr.back() + "\"  appended from " +
                targetPaths[i]);

@@ -41,6 +41,11 @@ bool isKnownEntry(const std::string& name) {
     return false;
 }
 
+// The entries that read neither their text nor their output buffer.
+bool takesNoArguments(const std::string& name) {
+    return name == "Version" || name == "clearUVString" || name == "ClearNameSet";
+}
+
 std::string entryList() {
     std::string list;
     for (const char* entryName : kEntryNames)
@@ -83,6 +88,8 @@ std::vector<PlannedCall> planCalls(const std::vector<std::string>& args) {
         if (!isKnownEntry(group[0]))
             throw UsageError("unknown entry " + quoted(group[0]) + "; the entries are " +
                              entryList());
+        if (group.size() > 1 && takesNoArguments(group[0]))
+            throw UsageError(group[0] + " takes no TEXT or OUT-IN, not " + quoted(group[1]));
         PlannedCall call;
         call.entry = group[0];
         call.outIn = std::string();

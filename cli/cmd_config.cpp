@@ -22,10 +22,11 @@ void requireKey(const std::string& key) {
 }
 
 int get(const std::string& file, const std::string& key) {
+    const std::string path = libraryPath(file);
     requireInputFile(file);
     bool found = false;
     const VDString value = VDGenericConfigFileParser::findTokenInConfigFile(
-        VDString(file.c_str()), VDString(key.c_str()), &found);
+        VDString(path.c_str()), VDString(key.c_str()), &found);
     if (!found) throw Failure("no key '" + key + "' in " + quoted(file));
     std::printf("%s\n", value.c_str());
     return kExitOk;
@@ -34,12 +35,13 @@ int get(const std::string& file, const std::string& key) {
 int set(const std::string& file, const std::string& key, const std::string& value) {
     if (value.find_first_of("\n\r") != std::string::npos)
         throw UsageError("VALUE must be one line");
-    if (VDDiskServer::folderExists(VDString(file.c_str())))
-        throw Failure(quoted(file) + " is a folder, not a file");
+    if (file == "-") throw UsageError("FILE cannot be '-': the file is changed in place");
+    const VDString path(libraryPath(file).c_str());
+    if (VDDiskServer::folderExists(path)) throw Failure(quoted(file) + " is a folder, not a file");
     bool found = false;
     errno = 0;
-    if (!VDGenericConfigFileParser::replaceTokenInConfigFile(
-            VDString(file.c_str()), VDString(key.c_str()), VDString(value.c_str()), &found))
+    if (!VDGenericConfigFileParser::replaceTokenInConfigFile(path, VDString(key.c_str()),
+                                                             VDString(value.c_str()), &found))
         throw Failure("cannot write " + quoted(file) + ": " + reasonOf(errno));
     status(std::string(found ? "replaced" : "added") + " '" + key + "' in " + quoted(file));
     return kExitOk;

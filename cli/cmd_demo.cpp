@@ -21,12 +21,13 @@ void (*const kDemoSteps[])(DemoContext&) = {
     demoMeshSteps, demoTileSteps, demoBlendSteps, demoBridgeSteps, demoUvMergeSteps,
 };
 
-// Creates the folder (one level; an existing folder is fine) and returns its absolute
-// path ending in "/".
+// Creates the folder with its missing parents (an existing folder is fine) and returns
+// its absolute path ending in "/".
 std::string prepareFolder(const std::string& path) {
-    if (::mkdir(path.c_str(), 0777) != 0 && errno != EEXIST)
-        throw Failure("cannot create folder " + quoted(path) + ": " + reasonOf(errno));
     struct stat info {};
+    if (::stat(path.c_str(), &info) == 0 && !S_ISDIR(info.st_mode))
+        throw Failure(quoted(path) + " is a file, not a folder");
+    makeFolders(path);
     if (::stat(path.c_str(), &info) != 0)
         throw Failure("cannot use folder " + quoted(path) + ": " + reasonOf(errno));
     if (!S_ISDIR(info.st_mode)) throw Failure(quoted(path) + " is a file, not a folder");

@@ -19,14 +19,12 @@ namespace {
 constexpr long long kMaxLevel = 15;
 
 std::vector<std::uint32_t> readBaseFaceIds(const std::string& basePath, double level) {
-    const meshfile::NeqBytes bytes = loadNeqOrFail(basePath);
+    const meshfile::NeqBytes bytes = loadWithBlockFirst(basePath, meshfile::kFaceTag, "BASE");
     const meshfile::NeqView file(bytes);
-    warnUnlessFirstBlockIs(file, meshfile::kFaceTag, " of " + basePath);
     std::vector<std::uint32_t> faceIds;
     if (meshfile::readFaceIds(file, level, faceIds) == 0)
         throw Failure("no face IDs: " + quoted(basePath) +
-                      " has no face records in its first block, so the faces cannot be "
-                      "grouped (code -18)");
+                      " has no face records, so the faces cannot be grouped (code -18)");
     return faceIds;
 }
 
@@ -78,10 +76,11 @@ int run(const std::vector<std::string>& args) {
     const std::string& subdividedPath = parsed.positional[1];
     const std::string& outPath = parsed.positional[2];
     refuseOutputNamingAnInput(outPath, {basePath, subdividedPath});
+    refuseOutputOfAnotherKind(outPath, OutputKind::objText, parsed.has("--force"));
 
     const std::vector<std::uint32_t> faceIds =
         readBaseFaceIds(basePath, static_cast<double>(level));
-    const meshfile::NeqBytes bytes = loadNeqOrFail(subdividedPath);
+    const meshfile::NeqBytes bytes = loadInExportLayout(subdividedPath);
     const meshfile::NeqView file(bytes);
     requireMatchingFaceCount(file, faceIds, level, basePath, subdividedPath);
 
@@ -103,18 +102,21 @@ int run(const std::vector<std::string>& args) {
 const Command kObjCommand = {
     "obj",
     "export a subdivided NeQ mesh as OBJ, grouped by base face",
-    "BASE SUBDIVIDED OUT.obj [--level N]",
+    "BASE SUBDIVIDED OUT.obj [--level N] [--force]",
     "Writes the subdivided mesh SUBDIVIDED as the Wavefront OBJ file OUT.obj, the way "
     "the host plug-in does: the vertices, the RGB colour block, and the faces grouped "
     "under \"#FaceID i\" comments naming the base face i of BASE each run came from (a "
     "quad becomes 4^N faces, a triangle 3*4^(N-1)). BASE and SUBDIVIDED must match at "
-    "level N, or nothing is written. Note: the header line \"#Face count\" prints the "
+    "level N, or nothing is written. Both may hold their blocks in any order: the tool "
+    "finds them by tag and hands the export the layout it reads (a file already in that "
+    "layout is used as it is). Note: the header line \"#Face count\" prints the "
     "length field of SUBDIVIDED's colour block, not the number of faces; the host's OBJ "
     "files have always carried that value there, so it is kept.",
-    {{"BASE", "NeQ file whose first block is the base mesh's face block"},
-     {"SUBDIVIDED", "NeQ file laid out for the export: vertex, any, colour, face"},
-     {"OUT.obj", "the OBJ file; created, or replaced once the export is complete"}},
-    {{"--level", "N", "subdivision levels from BASE to SUBDIVIDED, 1 to 15 (default 1)"}},
+    {{"BASE", "NeQ file of the base mesh, with a face block"},
+     {"SUBDIVIDED", "NeQ file of the subdivided mesh: vertex, colour and face blocks"},
+     {"OUT.obj", "the OBJ file, replaced once complete; \"-\" for standard output"}},
+    {{"--level", "N", "subdivision levels from BASE to SUBDIVIDED, 1 to 15 (default 1)"},
+     {"--force", nullptr, "replace OUT.obj even when it is not an OBJ file"}},
     run,
 };
 

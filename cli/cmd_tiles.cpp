@@ -3,6 +3,7 @@
 #include "args.h"
 #include "command.h"
 #include "files.h"
+#include "json_text.h"
 #include "neq_input.h"
 #include "pending_output.h"
 
@@ -21,13 +22,30 @@ void failWithoutBlock(const std::string& mesh, const char* blockKind) {
     throw Failure(quoted(mesh) + " has no " + blockKind + " block (code -18)");
 }
 
-int printTileList(const std::string& path) {
+// The tile a face lands in when its first UV pair is (-1, -1), as --split writes the
+// faces outside each file's tile.
+const char kOutsideTile[] = "_u-2_v-2";
+
+int printTileList(const std::string& path, bool json) {
     const meshfile::UvTileScan scan = listTilesOrFail(path);
+    if (json) {
+        std::string out = "{\"file\":" + jsonString(path) + ",\"tiles\":[";
+        for (const meshfile::UV_tile& tile : scan.tiles)
+            out += (out.back() == '[' ? "" : ",") + jsonString(tile.name);
+        out += "],\"lastTile\":" + (scan.tiles.empty() ? "null" : jsonString(scan.lastTileName));
+        std::printf("%s}\n", out.c_str());
+        return kExitOk;
+    }
     std::printf("%s: %zu UV tile%s%s\n", path.c_str(), scan.tiles.size(),
                 scan.tiles.size() == 1 ? "" : "s",
                 scan.tiles.empty() ? " (the UV block is empty)" : " (* = tile of the last face)");
     for (const meshfile::UV_tile& tile : scan.tiles)
         std::printf("  %s%s\n", tile.name.c_str(), tile.name == scan.lastTileName ? " *" : "");
+    for (const meshfile::UV_tile& tile : scan.tiles)
+        if (tile.name == kOutsideTile)
+            std::printf("%s holds the faces whose UVs are (-1, -1), as tile files written by "
+                        "--split mark the faces outside their tile\n",
+                        kOutsideTile);
     return kExitOk;
 }
 
@@ -46,7 +64,7 @@ void checkOutputBase(const std::string& outBase) {
 
 // Every tile file is written under a temporary name first and renamed into place only
 // when all of them are complete: a failure leaves none of them behind.
-int writeTileSplit(const std::string& mesh, const std::string& outBase) {
+int writeTileSplit(const std::string& mesh, const std::string& outBase, bool force) {
     checkOutputBase(outBase);
     const meshfile::NeqBytes bytes = loadNeqOrFail(mesh);
     const std::optional<meshfile::UvTileSplit> split =
@@ -58,6 +76,7 @@ int writeTileSplit(const std::string& mesh, const std::string& outBase) {
     for (std::size_t k = 0; k < split->tiles().size(); ++k) {
         paths.push_back(meshfile::uvTileFilePath(stem, k));
         refuseOutputNamingAnInput(paths.back(), {mesh});
+        refuseOutputOfAnotherKind(paths.back(), OutputKind::neqMesh, force);
     }
     std::vector<std::unique_ptr<PendingOutput>> outputs;
     for (std::size_t k = 0; k < paths.size(); ++k) {
@@ -82,8 +101,12 @@ int run(const std::vector<std::string>& args) {
     const bool withBase = parsed.positional.size() == 2;
     if (parsed.has("--split") != withBase)
         throw UsageError(withBase ? "OUTBASE.NeQ needs --split" : "--split needs OUTBASE.NeQ");
-    if (!withBase) return printTileList(parsed.positional[0]);
-    return writeTileSplit(parsed.positional[0], parsed.positional[1]);
+    if (!withBase) return printTileList(parsed.positional[0], parsed.has("--json"));
+    if (parsed.has("--json")) throw UsageError("--json lists tiles; it does not go with --split");
+    if (parsed.positional[1] == "-")
+        throw UsageError("OUTBASE.NeQ cannot be '-': the tile files are binary files named "
+                         "after it, not one output");
+    return writeTileSplit(parsed.positional[0], parsed.positional[1], parsed.has("--force"));
 }
 
 } // namespace
@@ -113,7 +136,7 @@ std::string tileFileStem(const std::string& outBase) {
 const Command kTilesCommand = {
     "tiles",
     "list the UV tiles of a NeQ file, or split it per tile",
-    "FILE [OUTBASE.NeQ --split]",
+    "FILE [--json] | FILE OUTBASE.NeQ --split [--force]",
     "Lists the UV tiles of the NeQ mesh FILE, in the order the split numbers them; \"*\" "
     "marks the tile of the last face. A face lies in the tile of the first (u, v) pair "
     "of its UV record; tile \"_uU_vV\" is the unit square from (U, V) to (U+1, V+1), a "
@@ -127,7 +150,9 @@ const Command kTilesCommand = {
     "appear together once all are written; existing ones are replaced.",
     {{"FILE", "NeQ mesh file with a UV block"},
      {"OUTBASE.NeQ", "name the tile files are derived from (with --split)"}},
-    {{"--split", nullptr, "write one NeQ file per tile"}},
+    {{"--split", nullptr, "write one NeQ file per tile"},
+     {"--force", nullptr, "replace a tile file even when it is not a NeQ mesh file"},
+     {"--json", nullptr, "print the list as one JSON object"}},
     run,
 };
 

@@ -1,6 +1,7 @@
 #include "cmd_blend.h"
 #include "command.h"
 #include "demo_steps.h"
+#include "files.h"
 
 #include <string>
 
@@ -66,7 +67,13 @@ void demoBlendSteps(DemoContext& context) {
     writeScene(base, baseScene("Head"));
     writeScene(targets[0], targetScene("Smile", 3, "-1 -1 0 1 -1 0 -1 1 0.5 1 1 0.5"));
     writeScene(targets[1], targetScene("Blink", 6, "-1 -1 0.5 1 -1 0.5 -1 1 0 1 1 0"));
-    assembleBlendScene(base, targets);
+    // The deformer goes into a copy in its own folder (the node names follow the file
+    // name, so the copy keeps it): Head.ma stays fresh for a blend of one's own.
+    makeFolders(context.dir + "blended");
+    const std::string blended = context.dir + "blended/Head.ma";
+    writeDemoFile(blended, baseScene("Head"));
+    assembleBlendScene(blended, targets);
+    status("  Head.ma is left without a deformer: neqbridge blend Head.ma Smile.ma Blink.ma");
 }
 
 } // namespace neq::cli

@@ -2,12 +2,18 @@
 
 #include "command.h"
 
+#include "meshfile/field_readers.h"
+#include "meshfile/neq_format.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
+#include <cstdint>
 #include <cstring>
+#include <string_view>
 
 namespace neq::cli {
 namespace {
@@ -67,6 +73,86 @@ void refuseOutputNamingAnInput(const std::string& output, const std::vector<std:
         if (identityOf(input) == target)
             throw Failure("output " + quoted(output) + " is the input " + quoted(input) +
                           " (the same file); writing it would destroy the input");
+}
+
+std::string libraryPath(const std::string& path) {
+    if (path.find(':') != std::string::npos)
+        throw Failure("cannot use " + quoted(path) +
+                      ": the library reads a path as the host writes it, from the text after "
+                      "its first ':', so a name holding ':' would reach another file; rename it "
+                      "or its folder");
+    if (!path.empty() && path.front() == '/') return path;
+    std::string folder(PATH_MAX, '\0');
+    if (::getcwd(folder.data(), folder.size()) == nullptr)
+        throw Failure("cannot use " + quoted(path) +
+                      ": the working folder is unknown: " + reasonOf(errno));
+    folder.resize(std::strlen(folder.c_str()));
+    return (folder == "/" ? "" : folder) + "/" + path;
+}
+
+bool isFolder(const std::string& path) {
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+void makeFolders(const std::string& path) {
+    if (path.empty() || isFolder(path)) return;
+    const std::string parent = folderOf(path);
+    if (parent != path && parent != ".") makeFolders(parent);
+    if (::mkdir(path.c_str(), 0777) != 0 && !(errno == EEXIST && isFolder(path))) {
+        struct stat info {};
+        if (::stat(path.c_str(), &info) == 0)
+            throw Failure("cannot create folder " + quoted(path) +
+                          ": a file of that name is "
+                          "in the way");
+        throw Failure("cannot create folder " + quoted(path) + ": " + reasonOf(errno));
+    }
+}
+
+namespace {
+
+const char* kindName(OutputKind kind) {
+    switch (kind) {
+    case OutputKind::objText:
+        return "an OBJ file";
+    case OutputKind::colourText:
+        return "a colour text file";
+    case OutputKind::neqMesh:
+        return "a NeQ mesh file";
+    case OutputKind::mayaScene:
+        return "a Maya ASCII scene";
+    }
+    return "";
+}
+
+// Whether the first bytes of a file could begin a file of `kind`.
+bool looksLike(std::string_view head, OutputKind kind) {
+    if (kind == OutputKind::neqMesh) {
+        const auto byte = [&head](std::size_t i) { return static_cast<std::uint8_t>(head[i]); };
+        return head.size() >= meshfile::kFirstBlockOffset + 4 &&
+               meshfile::recordSizeOf(
+                   meshfile::assembleU32(byte(32), byte(33), byte(34), byte(35))) != 0;
+    }
+    if (head.find('\0') != std::string_view::npos) return false;
+    if (kind == OutputKind::mayaScene) return head.rfind("//Maya ASCII", 0) == 0;
+    if (kind == OutputKind::colourText) return head.front() == '#';
+    return std::strchr("#vfogsmu\r\n", head.front()) != nullptr;
+}
+
+} // namespace
+
+void refuseOutputOfAnotherKind(const std::string& output, OutputKind kind, bool force) {
+    if (force || output == "-") return;
+    const int fd = ::open(output.c_str(), O_RDONLY | O_NONBLOCK);
+    if (fd < 0) return;
+    struct stat info {};
+    char head[4096];
+    ssize_t got = 0;
+    if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode)) got = ::read(fd, head, sizeof head);
+    ::close(fd);
+    if (got <= 0 || looksLike(std::string_view(head, static_cast<std::size_t>(got)), kind)) return;
+    throw Failure("output " + quoted(output) + " exists and is not " + kindName(kind) +
+                  "; it was left as it is (give --force to replace it)");
 }
 
 std::string followLinks(const std::string& path) {

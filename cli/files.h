@@ -22,6 +22,27 @@ void requireInputFile(const std::string& path);
 // that does not exist yet by its resolved folder and name.
 void refuseOutputNamingAnInput(const std::string& output, const std::vector<std::string>& inputs);
 
+// The path to hand the library's file layer: absolute, made from the working folder.
+// That layer reads every path as the host writes it, from the text after the first ":"
+// and then from the first "/", so a relative path would name a file under "/" and a
+// name holding ":" another file altogether: such a name is refused (throws Failure).
+std::string libraryPath(const std::string& path);
+
+// Whether `path` is a folder (links followed).
+bool isFolder(const std::string& path);
+
+// Creates the folder `path` and its missing parents; an existing folder is fine.
+// Fails with the folder that could not be made and the reason in words.
+void makeFolders(const std::string& path);
+
+// What a command writes, for the check below.
+enum class OutputKind { objText, colourText, neqMesh, mayaScene };
+
+// Fails when `output` is an existing file of another kind than the command writes (a
+// mesh where OBJ text would go, notes where a scene would go), unless `force`: such a
+// file was most likely named by mistake. An empty file, a device or no file is fine.
+void refuseOutputOfAnotherKind(const std::string& output, OutputKind kind, bool force);
+
 // Follows symbolic links at the end of `path` (also one that points nowhere yet) to the
 // name of the file they lead to.
 std::string followLinks(const std::string& path);

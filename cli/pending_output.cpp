@@ -4,12 +4,14 @@
 #include "files.h"
 
 #include "foundation/atomic_file.h"
+#include "foundation/vd_disk_server_internal.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <vector>
 
@@ -17,6 +19,18 @@ namespace neq::cli {
 
 PendingOutput::PendingOutput(const std::string& destination, Naming naming)
     : destination_(destination) {
+    if (destination_ == "-") {
+        const char* folder = std::getenv("TMPDIR");
+        std::string pattern =
+            std::string(folder && *folder ? folder : "/tmp") + "/neqbridge-XXXXXX";
+        const int fd = ::mkstemp(pattern.data());
+        if (fd < 0)
+            throw Failure("cannot create a temporary file for standard output: " + reasonOf(errno));
+        ::close(fd);
+        writePath_ = pattern;
+        temporary_ = toStandardOutput_ = true;
+        return;
+    }
     struct stat info {};
     const bool exists = ::stat(destination_.c_str(), &info) == 0;
     if ((exists && S_ISDIR(info.st_mode)) || lastNameOf(destination_).empty())
@@ -78,6 +92,17 @@ void PendingOutput::write(std::string_view bytes) const {
 
 void PendingOutput::commit() {
     if (!temporary_) return;
+    if (toStandardOutput_) {
+        std::string bytes, reason;
+        if (!files::readRegularFile(writePath_.c_str(), bytes, reason))
+            throw Failure("cannot read back the output for standard output: " + reason);
+        std::fflush(stdout);
+        errno = 0;
+        if (!diskserver::writeAll(STDOUT_FILENO, bytes.data(), bytes.size()))
+            throw Failure("cannot write to standard output: " + reasonOf(errno));
+        removeTemporary();
+        return;
+    }
     if (::rename(writePath_.c_str(), target_.c_str()) != 0)
         throw Failure("cannot replace output " + quoted(destination_) + ": " + reasonOf(errno));
     temporary_ = false;

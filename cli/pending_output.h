@@ -7,7 +7,8 @@
 // symbolic link keeps the link: the file it leads to is replaced.
 //
 // Devices and pipes (/dev/null, /dev/stdout, a FIFO) cannot be replaced: they are
-// written directly.
+// written directly. "-" is standard output: the bytes are written to a private
+// temporary file and copied there on commit(), so a failure prints nothing.
 
 #include <string>
 #include <string_view>
@@ -48,6 +49,7 @@ class PendingOutput {
     std::string writePath_;
     std::string privateFolder_; // for Naming::sameName, removed with the temporary file
     bool temporary_ = false;    // writePath_ is a temporary file still to be renamed or removed
+    bool toStandardOutput_ = false;
 };
 
 } // namespace neq::cli

@@ -62,8 +62,13 @@ MayaFileWeld rewriteMayaFile(const char* input) {
 }
 
 // The new text goes from the weld to the file in pieces; it is never held whole.
-MayaFileWeld weldMayaFile(const char* input, const char* output) {
-    return weldScene(input, [output, input](const MayaSceneWeld& weld, MayaFileWeld& result) {
+MayaFileWeld weldMayaFile(const char* input, const char* output, bool keepUnwelded) {
+    return weldScene(input, [=](const MayaSceneWeld& weld, MayaFileWeld& result) {
+        if (keepUnwelded && !result.rewrite.welded) {
+            result.failure = MayaFileWeld::Failure::nothingToWeld;
+            result.reason = "it holds no UV or face statements to weld";
+            return;
+        }
         const auto write = [&weld](int fd) {
             FileSink sink(fd);
             return weld.write(sink);

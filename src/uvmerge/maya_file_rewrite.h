@@ -10,7 +10,9 @@
 namespace neq::uvmerge {
 
 struct MayaFileWeld {
-    enum class Failure { none, read, refused, write };
+    // nothingToWeld: the scene holds no UV or face statements and was left as it was
+    // (only when asked for, see weldMayaFile).
+    enum class Failure { none, read, refused, write, nothingToWeld };
     Failure failure = Failure::none;
     std::string reason;    // in words, when failure != none
     MayaUvRewrite rewrite; // the weld's counts (and, from rewriteMayaFile, its text)
@@ -22,6 +24,10 @@ MayaFileWeld rewriteMayaFile(const char* input);
 
 // Welds the scene at `input` and writes the result to `output`, or back over `input`
 // when `output` is null (see replaceFile in atomic_file.h for how files are replaced).
-MayaFileWeld weldMayaFile(const char* input, const char* output = nullptr);
+// The host's entry rewrites a scene with nothing to weld too (its transform lines and
+// the text after "// End of" go); with `keepUnwelded` such a scene is not written and
+// the result is `nothingToWeld`.
+MayaFileWeld weldMayaFile(const char* input, const char* output = nullptr,
+                          bool keepUnwelded = false);
 
 } // namespace neq::uvmerge

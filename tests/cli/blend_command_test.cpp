@@ -11,11 +11,25 @@
 namespace neq::test {
 namespace {
 
+// The nodes the statements connect, for every scene name the tests use.
+std::string nodesOfAllScenes() {
+    std::string text;
+    for (const std::string name : {"Head", "Smile", "Blink", "2nd", "Link"})
+        for (const char* node :
+             {"Shape", ":groupId1", ":defaultMat", ":defaultMat1", ":materialInfo1"})
+            text += "createNode x -n \"" + name + node + "\";\n";
+    return text;
+}
+
+std::string sceneText(const std::string& name) {
+    return name + "\n" + nodesOfAllScenes();
+}
+
 class BlendCommand : public ::testing::Test {
   protected:
     BlendCommand() {
         for (const char* name : {"Head.ma", "Smile.ma", "Blink.ma", "2nd.ma"})
-            writeFile(dir.file(name), std::string(name) + "\n");
+            writeFile(dir.file(name), sceneText(name));
     }
 
     // Runs inside the scene folder, so that the messages name the files as given.
@@ -34,9 +48,12 @@ TEST_F(BlendCommand, ReportsTheSceneWarnsAboutNamesAndRefusesWrongCommandLines) 
         {"blend Head.ma", 2,
          "blend: missing TARGET.ma\nusage: neqbridge blend BASE.ma TARGET.ma...\n"},
     });
-    EXPECT_EQ(
-        readFile(dir.file("Head.ma")).rfind("Head.ma\n\nSmile.ma\n\n\n\n\ncreateNode groupId", 0),
-        0u);
+    // Each file read repeats its last byte.
+    EXPECT_EQ(readFile(dir.file("Head.ma"))
+                  .rfind(sceneText("Head.ma") + "\n" + sceneText("Smile.ma") +
+                             "\n\n\n\ncreateNode groupId",
+                         0),
+              0u);
 }
 
 // Every target is checked first: nothing is appended when one of them cannot be read.
@@ -51,7 +68,7 @@ TEST_F(BlendCommand, ChecksEveryTargetBeforeTouchingTheBase) {
         {"blend Head.ma Smile.ma Head.ma", 1,
          "blend: output 'Head.ma' is the input 'Head.ma' (the same file)"},
     });
-    EXPECT_EQ(readFile(dir.file("Head.ma")), "Head.ma\n");
+    EXPECT_EQ(readFile(dir.file("Head.ma")), sceneText("Head.ma"));
     EXPECT_EQ(listFolder(dir.path()),
               (std::vector<std::string>{"2nd.ma", "Blink.ma", "Folder.ma", "Head.ma", "Smile.ma"}));
 }

@@ -144,8 +144,7 @@ TEST(BridgeCommand, ReadsAndWritesInstalledLocations) {
 TEST(BridgeCommand, SendsToAnApplicationAndReceivesWhatComesBack) {
     TempDir dir;
     const std::string env = movedTo(dir);
-    for (const char* folder : {"NeQBrush", "NeQApps", "NeQProjects", "NeQProjects/Default"})
-        ::mkdir(dir.file(folder).c_str(), 0755);
+    ASSERT_EQ(runTool("bridge init", false, env).exitCode, 0);
     const std::string project = dir.file("NeQProjects/Default/");
     writeFile(dir.file("blender.sh"),
               "[ -f \"$0.fails\" ] && exit 3\nprintf '%s|' \"$@\" > \"$0.args\"\n"

@@ -89,7 +89,7 @@ TEST(ToolConventions, UnknownOptionsAreUsageErrorsEverywhere) {
         {"obj a b c --level=0", 2, "obj: --level must be a whole number of subdivision levels"},
         {"info --json=1 a", 2, "neqbridge info: option --json takes no value\n"},
         {"colors a", 2,
-         "neqbridge colors: missing OUT.txt\nusage: neqbridge colors FILE OUT.txt\n"},
+         "neqbridge colors: missing OUT.txt\nusage: neqbridge colors FILE OUT.txt [--force]\n"},
         {"colors a b c", 2, "neqbridge colors: unexpected argument 'c'\n"},
         {"name", 2, "neqbridge name: missing NAME\nusage: neqbridge name NAME...\n"},
     });

@@ -70,8 +70,8 @@ TEST(DemoCommand, RefusesUnknownOptionsAndFilesForItsFolder) {
         {{"demo --bogus", 2, "demo: unknown option '--bogus'\nusage: neqbridge demo [DIR]\n"},
          {"demo a b", 2, "demo: unexpected argument 'b'\n"},
          {"demo plain-file", 1, "demo: 'plain-file' is a file, not a folder\n"},
-         {"demo none/deeper", 1,
-          "demo: cannot create folder 'none/deeper': No such file or directory\n"}},
+         {"demo plain-file/deeper", 1,
+          "demo: cannot create folder 'plain-file': a file of that name is in the way\n"}},
         "cd " + dir.path() + " &&");
     EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"plain-file"});
 }

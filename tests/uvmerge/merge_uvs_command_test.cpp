@@ -41,12 +41,16 @@ TEST_F(MergeUvsCommand, WeldsInPlaceOrIntoAnotherFile) {
     EXPECT_EQ(readFile(out), welded);
     EXPECT_EQ(listFolder(dir.path()), (std::vector<std::string>{"house.ma", "out.ma"}));
 
-    // Nothing to weld: only the transform lines go.
-    writeFile(scene, "createNode transform -n \"t\";\n\tsetAttr \".t\" -type \"double3\" 1 2 3;\n");
+    // Nothing to weld: the scene is left as it is (the host's entry would rewrite it).
+    const std::string unwelded =
+        "createNode transform -n \"t\";\n\tsetAttr \".t\" -type \"double3\" 1 2 3;\n";
+    writeFile(scene, unwelded);
     run = runTool("merge-uvs " + scene);
-    EXPECT_EQ(run.exitCode, 0);
-    EXPECT_NE(run.errors.find("no UV or face statements to weld"), std::string::npos);
-    EXPECT_EQ(readFile(scene), "createNode transform -n \"t\";\n");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.errors,
+              "neqbridge merge-uvs: nothing to weld in '" + scene +
+                  "': it holds no UV or face statements to weld; nothing was written\n");
+    EXPECT_EQ(readFile(scene), unwelded);
 }
 
 TEST_F(MergeUvsCommand, RefusalsSayWhyAndTouchNothing) {
@@ -62,7 +66,7 @@ TEST_F(MergeUvsCommand, RefusalsSayWhyAndTouchNothing) {
         {"merge-uvs " + refused + " -o " + dir.file("out.ma"), 1, "line 10: face 0 uses UV 9"},
         {"merge-uvs " + dir.file("none.ma"), 1,
          "cannot open input '" + dir.file("none.ma") + "': No such file or directory"},
-        {"merge-uvs " + dir.path(), 1, "': it is a folder, not a file"},
+        {"merge-uvs " + dir.path() + "/x.ma", 1, "cannot open input"},
         {"merge-uvs " + dir.file("pipe.ma"), 1, "': it is not a regular file"},
         {"merge-uvs " + scene + " -o " + scene, 1, "writing it would destroy the input"},
         {"merge-uvs " + scene + " -o " + dir.file("link.ma"), 1, "is the input"},
@@ -81,7 +85,8 @@ TEST_F(MergeUvsCommand, RefusalsSayWhyAndTouchNothing) {
 TEST_F(MergeUvsCommand, HelpAndTheHostEntryThroughCall) {
     const ToolRun help = runTool("merge-uvs --help");
     EXPECT_EQ(help.exitCode, 0);
-    EXPECT_EQ(help.output.rfind("usage: neqbridge merge-uvs FILE.ma [-o OUT.ma] [--stats]\n", 0),
+    EXPECT_EQ(help.output.rfind(
+                  "usage: neqbridge merge-uvs FILE.ma [-o OUT.ma] [--force] [--stats]\n", 0),
               0u);
     EXPECT_EQ(runTool("call NeQMergeUVs " + scene).output, "0\n");
     EXPECT_EQ(readFile(scene), welded);

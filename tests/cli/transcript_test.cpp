@@ -1,0 +1,91 @@
+// Replays the tool's transcripts in tests/data/cli/transcripts: each is a shell session
+// in a fresh folder, with `neqbridge` on PATH. A transcript holds
+//   $ COMMAND      a shell command line, run with /bin/sh in the folder
+//   > TEXT         a line it must print on standard output (">" alone: an empty line)
+//   ! TEXT         a line it must print on standard error
+//   ? N            its exit status (0 when absent)
+// and "#" comments. Output must match exactly; the folder's path reads "$TMP".
+
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <sstream>
+
+namespace neq::test {
+namespace {
+
+struct Step {
+    std::string command, output, errors;
+    int exitCode = 0;
+    int line = 0;
+};
+
+std::vector<Step> parseTranscript(const std::string& text) {
+    std::vector<Step> steps;
+    std::istringstream in(text);
+    std::string line;
+    for (int number = 1; std::getline(in, line); ++number) {
+        if (line.empty() || line[0] == '#') continue;
+        const std::string rest = line.size() > 2 ? line.substr(2) : "";
+        if (line.rfind("$ ", 0) == 0) {
+            steps.push_back({rest, "", "", 0, number});
+            continue;
+        }
+        if (steps.empty()) ADD_FAILURE() << "line " << number << " before any command";
+        if (steps.empty()) continue;
+        if (line[0] == '>')
+            steps.back().output += rest + "\n";
+        else if (line[0] == '!')
+            steps.back().errors += rest + "\n";
+        else if (line[0] == '?')
+            steps.back().exitCode = std::atoi(rest.c_str());
+        else
+            ADD_FAILURE() << "line " << number << ": unknown kind '" << line << "'";
+    }
+    return steps;
+}
+
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+    for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
+        text.replace(at, from.size(), to);
+    return text;
+}
+
+std::string toolFolder() {
+    const std::string tool = NEQBRIDGE_CLI_PATH;
+    return tool.substr(0, tool.rfind('/'));
+}
+
+void replay(const std::string& name) {
+    const TempDir work, scratch;
+    for (const Step& step : parseTranscript(readTestData("cli/transcripts/" + name))) {
+        writeFile(scratch.file("step.sh"), step.command + "\n");
+        const std::string shell = "cd '" + work.path() + "' && HOME='" + work.path() +
+                                  "' LC_ALL=C PATH='" + toolFolder() + "':\"$PATH\" /bin/sh '" +
+                                  scratch.file("step.sh") + "' >'" + scratch.file("out") + "' 2>'" +
+                                  scratch.file("err") + "' </dev/null";
+        const int status = std::system(shell.c_str());
+        const int exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        const std::string where = name + ":" + std::to_string(step.line) + ": $ " + step.command;
+        EXPECT_EQ(exitCode, step.exitCode) << where;
+        EXPECT_EQ(replaced(readFile(scratch.file("out")), work.path(), "$TMP"), step.output)
+            << where;
+        EXPECT_EQ(replaced(readFile(scratch.file("err")), work.path(), "$TMP"), step.errors)
+            << where;
+    }
+}
+
+// One test for all files, so that a new transcript runs without rebuilding.
+TEST(ToolTranscripts, EachReplaysAsWritten) {
+    const std::vector<std::string> names = listFolder(NEQBRIDGE_TEST_DATA "/cli/transcripts");
+    EXPECT_FALSE(names.empty());
+    for (const std::string& name : names)
+        replay(name);
+}
+
+} // namespace
+} // namespace neq::test
