@@ -88,6 +88,23 @@ std::string writeNeq(const Mesh& mesh);
 Mesh readObj(std::string_view text, const std::string& name, ReadReport* report = nullptr);
 std::string writeObj(const Mesh& mesh);
 
+// glTF 2.0 in memory. readGltf takes a .glb or a .gltf (told apart by the binary header);
+// a .gltf's side buffers are read from the folder of `name`. It reads the first mesh's
+// triangle primitives, one polygroup each, or the original faces and group ids when
+// neqbridge wrote the file.
+Mesh readGltf(std::string_view bytes, const std::string& name, ReadReport* report = nullptr);
+std::string writeGlb(const Mesh& mesh);
+// A .gltf: with the buffer embedded as a data URI when `binName` is empty, otherwise
+// naming the side file `binName` (relative to the .gltf), whose bytes go to `*bin`.
+std::string writeGltf(const Mesh& mesh, const std::string& binName, std::string* bin);
+// Where a .gltf's side buffer goes: the same path with the extension ".bin".
+std::string sideBufferPath(const std::string& gltfPath);
+
+// How files are written where a format leaves a choice.
+struct WriteOptions {
+    bool gltfSideBuffer = false; // .gltf: the buffer in a side .bin file, not embedded
+};
+
 // The transformations a target application record's import and export flags name,
 // applied in this order: flips, then the Y/Z switch, then the winding.
 struct Transform {
@@ -100,12 +117,15 @@ void apply(Mesh& mesh, const Transform& transform);
 // The transform that undoes `transform` on positions and winding.
 Transform inverse(const Transform& transform);
 
-// Files, by the format of their extension. Reads refuse anything but a regular file;
-// writes are atomic (a temporary file beside the destination, renamed into place).
+// Files, by the format of their extension. Reads refuse anything but a regular file
+// (FileError, also for an extension that names no format); writes are atomic (a temporary file
+// beside the destination, renamed into place).
 Mesh readMeshFile(const std::string& path, ReadReport* report = nullptr);
-void writeMeshFile(const std::string& path, const Mesh& mesh);
+void writeMeshFile(const std::string& path, const Mesh& mesh, const WriteOptions& options = {});
 
 // readMeshFile, apply, writeMeshFile. A NeQ input's header goes to a NeQ output.
-ReadReport convertFile(const std::string& in, const std::string& out, const Transform& transform);
+// Anything else gets a zero header.
+ReadReport convertFile(const std::string& in, const std::string& out, const Transform& transform,
+                       const WriteOptions& options = {});
 
 } // namespace neq::interchange

@@ -1,0 +1,92 @@
+// Meshes from and to files, by the format of their extension.
+
+#include "interchange/mesh.h"
+
+#include "foundation/atomic_file.h"
+
+#include <cerrno>
+
+namespace neq::interchange {
+
+namespace {
+
+Format formatOrFail(const std::string& path) {
+    const std::optional<Format> format = formatOfPath(path);
+    if (!format)
+        throw FileError(path, EINVAL,
+                        "the extension names no mesh format (.NeQ, .obj, .glb or .gltf)");
+    return *format;
+}
+
+void replaceOrFail(const std::string& path, std::string_view bytes) {
+    std::string reason;
+    errno = 0;
+    if (!files::replaceFile(path.c_str(), bytes, reason)) throw FileError(path, errno, reason);
+}
+
+} // namespace
+
+Mesh readMeshFile(const std::string& path, ReadReport* report) {
+    const Format format = formatOrFail(path);
+    files::FileBytes bytes;
+    std::string reason;
+    errno = 0;
+    if (!files::readRegularFile(path.c_str(), bytes, reason)) throw FileError(path, errno, reason);
+    switch (format) {
+    case Format::neq:
+        return readNeq(bytes.view(), path);
+    case Format::obj:
+        return readObj(bytes.view(), path, report);
+    case Format::glb:
+    case Format::gltf:
+        return readGltf(bytes.view(), path, report);
+    }
+    throw FileError(path, EINVAL, "unknown format");
+}
+
+void writeMeshFile(const std::string& path, const Mesh& mesh, const WriteOptions& options) {
+    switch (formatOrFail(path)) {
+    case Format::neq:
+        replaceOrFail(path, writeNeq(mesh));
+        return;
+    case Format::obj:
+        replaceOrFail(path, writeObj(mesh));
+        return;
+    case Format::glb:
+        replaceOrFail(path, writeGlb(mesh));
+        return;
+    case Format::gltf: {
+        if (!options.gltfSideBuffer) {
+            replaceOrFail(path, writeGltf(mesh, "", nullptr));
+            return;
+        }
+        const std::string binPath = sideBufferPath(path);
+        std::string bin;
+        const std::string json = writeGltf(mesh, binPath.substr(binPath.rfind('/') + 1), &bin);
+        // The buffer first: a .gltf in place always finds the buffer it names.
+        replaceOrFail(binPath, bin);
+        replaceOrFail(path, json);
+        return;
+    }
+    }
+}
+
+std::string sideBufferPath(const std::string& gltfPath) {
+    const std::size_t dot = gltfPath.rfind('.');
+    const std::size_t slash = gltfPath.rfind('/');
+    if (dot == std::string::npos || (slash != std::string::npos && dot < slash))
+        return gltfPath + ".bin";
+    return gltfPath.substr(0, dot) + ".bin";
+}
+
+ReadReport convertFile(const std::string& in, const std::string& out, const Transform& transform,
+                       const WriteOptions& options) {
+    ReadReport report;
+    Mesh mesh = readMeshFile(in, &report);
+    if (formatOfPath(out) != Format::neq || formatOfPath(in) != Format::neq) mesh.neqHeader.fill(0);
+    apply(mesh, transform);
+    writeMeshFile(out, mesh, options);
+    return report;
+}
+
+} // namespace neq::interchange

@@ -1,0 +1,287 @@
+// Whole NeQ meshes: every block read and checked, and the chain the host reads written.
+
+#include "interchange/mesh.h"
+
+#include "meshfile/field_readers.h"
+#include "meshfile/neq_format.h"
+
+#include <cstring>
+
+namespace neq::interchange {
+
+namespace mf = neq::meshfile;
+
+namespace {
+
+// Bulk copies of little-endian records are exact on little-endian machines only.
+constexpr bool kLittleEndian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
+
+std::string offsetText(std::uint64_t offset) {
+    return "offset " + std::to_string(offset);
+}
+
+const char* blockName(std::uint32_t tag) {
+    switch (tag) {
+    case mf::kVertexTag:
+        return "vertex block";
+    case mf::kFaceTag:
+        return "face block";
+    case mf::kUvTag:
+        return "UV block";
+    case mf::kColourTag:
+        return "colour block";
+    case mf::kGroupTag:
+        return "group block";
+    default:
+        return "block";
+    }
+}
+
+// Where a known block's records lie.
+struct Records {
+    std::uint64_t blockOffset = 0;
+    std::uint64_t offset = 0;
+    std::uint32_t count = 0;
+    bool present = false;
+};
+
+void copyWords(void* out, const std::uint8_t* in, std::size_t words) {
+    if (kLittleEndian) {
+        std::memcpy(out, in, words * 4);
+        return;
+    }
+    auto* o = static_cast<std::uint32_t*>(out);
+    for (std::size_t i = 0; i < words; ++i, in += 4)
+        o[i] = mf::assembleU32(in[0], in[1], in[2], in[3]);
+}
+
+class Reader {
+  public:
+    Reader(std::string_view bytes, const std::string& name)
+        : data_(reinterpret_cast<const std::uint8_t*>(bytes.data())), size_(bytes.size()),
+          name_(name) {}
+
+    Mesh read() {
+        if (size_ < mf::kFileHeaderSize)
+            fail(0, "the file is " + std::to_string(size_) + " bytes, shorter than the " +
+                        std::to_string(mf::kFileHeaderSize) + "-byte header");
+        walk();
+        Mesh mesh;
+        std::memcpy(mesh.neqHeader.data(), data_, mesh.neqHeader.size());
+        if (!vertices_.present) fail(mf::kFileHeaderSize, "the file has no vertex block");
+        if (!faces_.present) fail(mf::kFileHeaderSize, "the file has no face block");
+        readVertices(mesh);
+        readFaces(mesh);
+        readUvs(mesh);
+        readColours(mesh);
+        readGroups(mesh);
+        return mesh;
+    }
+
+  private:
+    [[noreturn]] void fail(std::uint64_t offset, const std::string& what) const {
+        throw FormatError(name_, offsetText(offset), what);
+    }
+
+    std::uint32_t u32(std::uint64_t offset) const {
+        const std::uint8_t* p = data_ + offset;
+        return mf::assembleU32(p[0], p[1], p[2], p[3]);
+    }
+
+    Records* slotOf(std::uint32_t tag) {
+        switch (tag) {
+        case mf::kVertexTag:
+            return &vertices_;
+        case mf::kFaceTag:
+            return &faces_;
+        case mf::kUvTag:
+            return &uvs_;
+        case mf::kColourTag:
+            return &colours_;
+        case mf::kGroupTag:
+            return &groups_;
+        default:
+            return nullptr;
+        }
+    }
+
+    // Blocks in any order until the 16 zero bytes or the end of the file.
+    void walk() {
+        std::uint64_t position = mf::kFileHeaderSize;
+        while (position < size_) {
+            if (size_ - position < mf::kBlockHeaderSize)
+                fail(position, "a block header of 16 bytes runs past the end of the file (" +
+                                   std::to_string(size_ - position) + " bytes left)");
+            const std::uint32_t tag = u32(position);
+            const std::uint32_t length = u32(position + mf::kBlockLengthOffset);
+            const std::uint32_t count = u32(position + mf::kBlockCountOffset);
+            if (tag == 0 && length == 0) return;
+            const std::uint64_t extent = length == 0 ? mf::kBlockHeaderSize : length;
+            if (extent < mf::kBlockHeaderSize)
+                fail(position, std::string(blockName(tag)) + " (tag " + std::to_string(tag) +
+                                   "): length " + std::to_string(length) +
+                                   " is shorter than its 16-byte header");
+            if (extent > size_ - position)
+                fail(position, std::string(blockName(tag)) + " (tag " + std::to_string(tag) +
+                                   "): length " + std::to_string(length) +
+                                   " runs past the end of the file (" +
+                                   std::to_string(size_ - position) + " bytes left)");
+            if (Records* slot = slotOf(tag)) {
+                if (slot->present)
+                    fail(position, std::string("a second ") + blockName(tag) +
+                                       " (the first is at offset " +
+                                       std::to_string(slot->blockOffset) + ")");
+                const std::uint64_t needed =
+                    mf::kBlockHeaderSize + std::uint64_t{count} * mf::recordSizeOf(tag);
+                if (needed > extent)
+                    fail(position, std::string(blockName(tag)) + ": " + std::to_string(count) +
+                                       " records need " + std::to_string(needed) +
+                                       " bytes but the block is " + std::to_string(extent));
+                *slot = Records{position, position + mf::kBlockHeaderSize, count, true};
+            }
+            position += extent;
+        }
+    }
+
+    void requireCount(const Records& records, std::size_t expected, const char* per) const {
+        if (records.count != expected)
+            fail(records.blockOffset, std::string(blockName(tagOf(records))) + ": " +
+                                          std::to_string(records.count) + " records for " +
+                                          std::to_string(expected) + " " + per);
+    }
+
+    std::uint32_t tagOf(const Records& records) const { return u32(records.blockOffset); }
+
+    void readVertices(Mesh& mesh) const {
+        mesh.positions.resize(std::size_t{vertices_.count} * 3);
+        copyWords(mesh.positions.data(), data_ + vertices_.offset, mesh.positions.size());
+    }
+
+    void readFaces(Mesh& mesh) const {
+        mesh.faces.resize(std::size_t{faces_.count} * 4);
+        copyWords(mesh.faces.data(), data_ + faces_.offset, mesh.faces.size());
+        const std::uint32_t vertices = vertices_.count;
+        for (std::size_t i = 0; i < mesh.faces.size(); ++i) {
+            std::int32_t& index = mesh.faces[i];
+            if (i % 4 == 3 && index < 0) {
+                index = -1;
+                continue;
+            }
+            if (index < 0 || static_cast<std::uint32_t>(index) >= vertices)
+                fail(faces_.offset + i * 4, "face block: face " + std::to_string(i / 4) +
+                                                " corner " + std::to_string(i % 4) +
+                                                " names vertex " + std::to_string(index) + " of " +
+                                                std::to_string(vertices));
+        }
+    }
+
+    void readUvs(Mesh& mesh) const {
+        if (!uvs_.present) return;
+        requireCount(uvs_, mesh.faceCount(), "faces");
+        mesh.uvs.resize(std::size_t{uvs_.count} * 8);
+        copyWords(mesh.uvs.data(), data_ + uvs_.offset, mesh.uvs.size());
+        // A triangle's fourth pair means nothing; it reads as (0, 0) so that meshes that
+        // differ only there compare equal.
+        for (std::size_t face = 0; face < mesh.faceCount(); ++face)
+            if (mesh.isTriangle(face)) mesh.uvs[face * 8 + 6] = mesh.uvs[face * 8 + 7] = 0.0f;
+    }
+
+    void readColours(Mesh& mesh) const {
+        if (!colours_.present) return;
+        requireCount(colours_, mesh.vertexCount(), "vertices");
+        mesh.colors.resize(std::size_t{colours_.count} * 3);
+        const std::uint8_t* in = data_ + colours_.offset;
+        std::uint8_t* out = mesh.colors.data();
+        for (std::uint32_t i = 0; i < colours_.count; ++i, in += 4, out += 3) {
+            out[0] = in[2]; // stored blue, green, red
+            out[1] = in[1];
+            out[2] = in[0];
+        }
+    }
+
+    void readGroups(Mesh& mesh) const {
+        if (!groups_.present) return;
+        requireCount(groups_, mesh.faceCount(), "faces");
+        mesh.groups.resize(groups_.count);
+        const std::uint8_t* in = data_ + groups_.offset;
+        for (std::uint32_t i = 0; i < groups_.count; ++i, in += 2)
+            mesh.groups[i] = mf::assembleI16(in[0], in[1]);
+    }
+
+    const std::uint8_t* data_;
+    std::size_t size_;
+    const std::string& name_;
+    Records vertices_, faces_, uvs_, colours_, groups_;
+};
+
+// Appends a block header and leaves room for `count` records.
+std::uint8_t* appendBlock(std::string& out, std::uint32_t tag, std::size_t count) {
+    const std::size_t recordBytes = count * mf::recordSizeOf(tag);
+    const std::size_t start = out.size();
+    out.resize(start + mf::kBlockHeaderSize + recordBytes);
+    auto* p = reinterpret_cast<std::uint8_t*>(&out[start]);
+    mf::storeU32(p, tag);
+    mf::storeU32(p + mf::kBlockLengthOffset,
+                 static_cast<std::uint32_t>(mf::kBlockHeaderSize + recordBytes));
+    mf::storeU32(p + mf::kBlockCountOffset, static_cast<std::uint32_t>(count));
+    mf::storeU32(p + 12, 0);
+    return p + mf::kBlockHeaderSize;
+}
+
+void storeWords(std::uint8_t* out, const void* in, std::size_t words) {
+    if (kLittleEndian) {
+        std::memcpy(out, in, words * 4);
+        return;
+    }
+    const auto* w = static_cast<const std::uint32_t*>(in);
+    for (std::size_t i = 0; i < words; ++i)
+        mf::storeU32(out + 4 * i, w[i]);
+}
+
+} // namespace
+
+Mesh readNeq(std::string_view bytes, const std::string& name) {
+    return Reader(bytes, name).read();
+}
+
+std::string writeNeq(const Mesh& mesh) {
+    validate(mesh);
+    const std::size_t vertices = mesh.vertexCount();
+    const std::size_t faces = mesh.faceCount();
+    if (vertices > UINT32_MAX / mf::kVertexRecordSize || faces > UINT32_MAX / mf::kUvRecordSize)
+        throw std::invalid_argument("mesh too large for a NeQ file: " + std::to_string(vertices) +
+                                    " vertices, " + std::to_string(faces) + " faces");
+    std::string out;
+    out.reserve(mf::kFileHeaderSize + 6 * mf::kBlockHeaderSize + vertices * 16 + faces * 50);
+    out.append(reinterpret_cast<const char*>(mesh.neqHeader.data()), mesh.neqHeader.size());
+    storeWords(appendBlock(out, mf::kVertexTag, vertices), mesh.positions.data(),
+               mesh.positions.size());
+    std::uint8_t* faceRecords = appendBlock(out, mf::kFaceTag, faces);
+    storeWords(faceRecords, mesh.faces.data(), mesh.faces.size());
+    for (std::size_t face = 0; face < faces; ++face) // any negative fourth index is -1
+        if (mesh.isTriangle(face)) mf::storeU32(faceRecords + face * 16 + 12, 0xFFFFFFFFu);
+    if (!mesh.uvs.empty())
+        storeWords(appendBlock(out, mf::kUvTag, faces), mesh.uvs.data(), mesh.uvs.size());
+    if (!mesh.colors.empty()) {
+        std::uint8_t* p = appendBlock(out, mf::kColourTag, vertices);
+        const std::uint8_t* c = mesh.colors.data();
+        for (std::size_t i = 0; i < vertices; ++i, p += 4, c += 3) {
+            p[0] = c[2];
+            p[1] = c[1];
+            p[2] = c[0];
+            p[3] = 0;
+        }
+    }
+    if (!mesh.groups.empty()) {
+        std::uint8_t* p = appendBlock(out, mf::kGroupTag, faces);
+        for (std::size_t i = 0; i < faces; ++i, p += 2) {
+            const auto id = static_cast<std::uint16_t>(mesh.groups[i]);
+            p[0] = static_cast<std::uint8_t>(id);
+            p[1] = static_cast<std::uint8_t>(id >> 8);
+        }
+    }
+    out.append(mf::kBlockHeaderSize, '\0');
+    return out;
+}
+
+} // namespace neq::interchange

@@ -1,0 +1,90 @@
+"""An interpreter survives every hostile file: the fuzz targets' corpora when a fuzz
+build has made them, and files made here from the demo's the way the fuzz seeds are
+made (cut at every byte, every 32-bit field overwritten with extreme values)."""
+
+import glob
+import os
+import struct
+import subprocess
+import sys
+
+import pytest
+
+import neqbridge
+from conftest import needs_meshes
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+EXTREMES = [struct.pack("<I", v) for v in (0, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF, 0x10000)]
+
+
+def cuts(data):
+    return [data[:n] for n in range(len(data))]
+
+
+def overwrites(data):
+    return [data[:at] + value + data[at + 4:] for at in range(0, len(data) - 3, 4)
+            for value in EXTREMES]
+
+
+def run_batch(tmp_path, extension, contents):
+    paths = []
+    for n, content in enumerate(contents):
+        path = tmp_path / f"hostile{n}{extension}"
+        path.write_bytes(content)
+        paths.append(str(path))
+    done = subprocess.run([sys.executable, os.path.join(HERE, "hostile_batch.py"), *paths],
+                          capture_output=True, text=True, cwd=tmp_path)
+    assert done.returncode == 0, done.stderr[-2000:]
+    assert done.stdout.startswith(f"{len(paths)} files")
+
+
+# (demo file, made into hostile variants by)
+BATCHES = {
+    "NeQ chain cut": ("base.NeQ", cuts),
+    "NeQ chain overwritten": ("base.NeQ", overwrites),
+    "NeQ export layout cut": ("subdivided.NeQ", cuts),
+    "NeQ export layout overwritten": ("subdivided.NeQ", overwrites),
+    "face block first overwritten": ("base_faces.NeQ", overwrites),
+    "Maya scene cut": ("subdivided.ma", lambda d: cuts(d)[::7]),
+    "application record cut": ("NeQ_App.txt", cuts),
+}
+
+
+@pytest.mark.parametrize("source, make", BATCHES.values(), ids=BATCHES.keys())
+def test_made_hostile_files(demo_files, tmp_path, source, make):
+    data = (demo_files / source).read_bytes()
+    extension = {".NeQ": ".neq", ".ma": ".ma", ".txt": ".txt"}[os.path.splitext(source)[1]]
+    run_batch(tmp_path, extension, make(data))
+
+
+@needs_meshes
+def test_made_hostile_obj_and_gltf(demo_files, tmp_path):
+    for extension in (".obj", ".glb", ".gltf"):
+        whole = tmp_path / f"whole{extension}"
+        neqbridge.convert(demo_files / "base.NeQ", whole)
+        data = whole.read_bytes()
+        run_batch(tmp_path, extension, cuts(data)[:: max(1, len(data) // 400)])
+
+
+# scripts/fuzz keeps each target's corpus in build/fuzz/corpus/<target>.
+CORPORA = os.environ.get("NEQBRIDGE_FUZZ_CORPORA",
+                         os.path.join(HERE, "..", "..", "build", "fuzz", "corpus"))
+EXTENSION_OF_TARGET = {"neq": ".neq", "maya": ".ma", "config": ".txt", "obj": ".obj",
+                       "gltf": ".gltf"}
+
+
+def corpus_batches():
+    for folder in sorted(glob.glob(os.path.join(CORPORA, "*"))):
+        name = os.path.basename(folder)
+        extension = next((e for key, e in EXTENSION_OF_TARGET.items() if key in name), None)
+        if extension and (extension in (".neq", ".ma", ".txt") or neqbridge._core.has_meshes):
+            yield pytest.param(folder, extension, id=name)
+
+
+@pytest.mark.parametrize("folder, extension", list(corpus_batches()) or
+                         [pytest.param(None, None, marks=pytest.mark.skip("no fuzz corpora"))])
+def test_fuzz_corpora(tmp_path, folder, extension):
+    files = sorted(glob.glob(os.path.join(folder, "*")))
+    for start in range(0, len(files), 2000):
+        run_batch(tmp_path, extension,
+                  [open(f, "rb").read() for f in files[start:start + 2000]])
