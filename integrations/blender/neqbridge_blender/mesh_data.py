@@ -1,9 +1,12 @@
-"""Moving a `neqbridge.Mesh` into a Blender mesh and back, with a record's flags.
+"""Moving a `neqbridge.Mesh` into a Blender mesh and back, and reading and writing it
+with a record's flags.
 
 The arrays are moved with foreach_get/foreach_set, so a mesh of a million faces takes
 about as long as Blender needs to build it.
 """
 
+import os
+import tempfile
 from dataclasses import dataclass
 
 import bpy
@@ -39,56 +42,49 @@ class Flags:
             polygroups=direction == "EXPORT" or "IMPORT_POLYGROUPS" in keys,
         )
 
+    def changes_nothing(self):
+        return self == Flags()
 
-# Reversing a face's winding keeps its first corner (whose UV names the face's tile) and
-# walks the others backwards; done twice it gives the face back.
-_REVERSED_QUAD = [0, 3, 2, 1]
-_REVERSED_TRIANGLE = [0, 2, 1, 3]
+    def applied(self):
+        """neqbridge.convert's arguments that apply the flags: the flips, then the Y/Z
+        switch, then the winding (each face's first corner kept)."""
+        return {"up": "z" if self.switch_yz else "y", "flip": self.flip,
+                "flip_normals": self.flip_normals, "groups": self.polygroups}
 
-
-def _reverse_winding(faces, uvs):
-    triangle = faces[:, 3] < 0
-    order = np.where(triangle[:, None], _REVERSED_TRIANGLE, _REVERSED_QUAD)
-    faces = np.take_along_axis(faces, order, axis=1)
-    if uvs is not None:
-        uvs = np.take_along_axis(uvs, order[:, :, None], axis=1)
-    return faces, uvs
-
-
-def _flip_and_switch(positions, flags):
-    for axis, flip in enumerate(flags.flip):
-        if flip:
-            positions[:, axis] = -positions[:, axis]
-    if flags.switch_yz:
-        positions[:, [1, 2]] = positions[:, [2, 1]]
+    def undone(self):
+        """The arguments that undo what applied() does. The switch comes after the flips,
+        so undoing it first turns a flip of Y into one of Z and back."""
+        x, y, z = self.flip
+        arguments = self.applied()
+        arguments["flip"] = (x, z, y) if self.switch_yz else (x, y, z)
+        return arguments
 
 
-def to_blender(mesh, flags):
-    """The arrays of `mesh` with the import flags applied: flips, then the Y/Z switch,
-    then the winding."""
-    positions = np.array(mesh.vertices, dtype=np.float32)
-    _flip_and_switch(positions, flags)
-    faces, uvs = mesh.faces, mesh.uvs
-    if flags.flip_normals:
-        faces, uvs = _reverse_winding(faces, uvs)
-    return positions, faces, uvs
+def read_mesh(path, flags):
+    """The mesh of the NeQ file `path` with the import flags applied. The package's
+    conversion applies them, into a temporary file that is read back."""
+    if flags.changes_nothing():
+        return neqbridge.read(path)
+    with tempfile.TemporaryDirectory() as folder:
+        converted = os.path.join(folder, "imported.NeQ")
+        neqbridge.convert(path, converted, **flags.applied())
+        return neqbridge.read(converted)
 
 
-def from_blender(positions, faces, uvs, flags):
-    """Undoes what to_blender did with the same flags: winding, switch, then flips."""
-    if flags.flip_normals:
-        faces, uvs = _reverse_winding(faces, uvs)
-    if flags.switch_yz:
-        positions[:, [1, 2]] = positions[:, [2, 1]]
-    for axis, flip in enumerate(flags.flip):
-        if flip:
-            positions[:, axis] = -positions[:, axis]
-    return positions, faces, uvs
+def write_mesh(path, mesh, flags):
+    """Writes `mesh` to `path`, undoing the export flags on the way."""
+    if flags.changes_nothing():
+        neqbridge.write(path, mesh)
+        return
+    with tempfile.TemporaryDirectory() as folder:
+        exported = os.path.join(folder, "exported.NeQ")
+        neqbridge.write(exported, mesh)
+        neqbridge.convert(exported, path, **flags.undone())
 
 
-def build_object(context, name, mesh, flags):
+def build_object(context, name, mesh):
     """A new mesh object named `name` in the active collection, made active."""
-    positions, faces, uvs = to_blender(mesh, flags)
+    positions, faces, uvs = mesh.vertices, mesh.faces, mesh.uvs
     corners = faces >= 0
     corners[:, :3] = True
     sizes = corners.sum(axis=1).astype(np.int32)
@@ -110,7 +106,7 @@ def build_object(context, name, mesh, flags):
         rgba[:, :3] = mesh.colors / np.float32(255)
         attribute = data.color_attributes.new(COLOR_ATTRIBUTE, "BYTE_COLOR", "POINT")
         attribute.data.foreach_set("color_srgb", rgba.ravel())
-    if mesh.groups is not None and flags.polygroups:
+    if mesh.groups is not None:
         attribute = data.attributes.new(GROUP_ATTRIBUTE, "INT", "FACE")
         attribute.data.foreach_set("value", mesh.groups.astype(np.int32))
     data.update(calc_edges=True)
@@ -164,8 +160,8 @@ def _point_colors(data):
     return colors
 
 
-def mesh_of(data, flags):
-    """A `neqbridge.Mesh` of a Blender mesh with the export flags applied."""
+def mesh_of(data):
+    """A `neqbridge.Mesh` of a Blender mesh."""
     positions = _foreach(data.vertices, "co", len(data.vertices), 3, np.float32)
     count = len(data.polygons)
     starts = _foreach(data.polygons, "loop_start", count, 1, np.int32)
@@ -191,5 +187,4 @@ def mesh_of(data, flags):
                              "which a NeQ file cannot hold")
         groups = ids[polygon].astype(np.int16)
 
-    positions, faces, uvs = from_blender(positions, faces, uvs, flags)
     return neqbridge.Mesh(positions, faces, uvs=uvs, colors=_point_colors(data), groups=groups)

@@ -7,8 +7,6 @@ import bpy
 from bpy.props import StringProperty
 from bpy_extras.io_utils import ExportHelper, ImportHelper
 
-import neqbridge
-
 from . import bridge_files, mesh_data
 
 
@@ -33,14 +31,10 @@ def _read_record(path):
 def _import_file(context, path, record_path):
     """Imports one NeQ file; raises _Failure."""
     record = _read_record(record_path)
-    try:
-        mesh = neqbridge.read(path)
-    except Exception as error:
-        raise _Failure(f"cannot import '{path}': {_reason(error)}")
     name = os.path.splitext(os.path.basename(path))[0]
     try:
-        return mesh_data.build_object(
-            context, name, mesh, mesh_data.Flags.of_record(record, "IMPORT"))
+        mesh = mesh_data.read_mesh(path, mesh_data.Flags.of_record(record, "IMPORT"))
+        return mesh_data.build_object(context, name, mesh)
     except Exception as error:
         raise _Failure(f"cannot import '{path}': {_reason(error)}")
 
@@ -51,8 +45,8 @@ def _export_object(obj, path, record_path):
         raise _Failure(f"cannot export '{path}': the active object is not a mesh")
     record = _read_record(record_path)
     try:
-        mesh = mesh_data.mesh_of(obj.data, mesh_data.Flags.of_record(record, "EXPORT"))
-        neqbridge.write(path, mesh)
+        mesh = mesh_data.mesh_of(obj.data)
+        mesh_data.write_mesh(path, mesh, mesh_data.Flags.of_record(record, "EXPORT"))
     except Exception as error:
         raise _Failure(f"cannot export '{path}': {_reason(error)}")
     return mesh
