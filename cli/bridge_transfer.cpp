@@ -7,6 +7,9 @@
 #include "bridge/path_entry.h"
 #include "foundation/atomic_file.h"
 #include "foundation/vd_disk_server.h"
+#ifdef NEQBRIDGE_INTERCHANGE
+#include "interchange/mesh.h"
+#endif
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -186,9 +189,19 @@ void sendToApp(const BridgeFolders& folders, const std::string& file, const std:
     requireFolder(folders.host, "host");
     requireFolder(folders.defaultProject, "default project");
 
+    const std::string bytes = readInput(file);
+#ifdef NEQBRIDGE_INTERCHANGE
+    // A mesh the application could not read is refused before anything is written or
+    // started: a headless application's own message would not be seen.
+    try {
+        interchange::readNeq(bytes, file);
+    } catch (const interchange::FormatError& error) {
+        throw Failure("cannot send " + quoted(file) + ": " + error.where() + ": " + error.reason());
+    }
+#endif
     const std::string name = objectNameOf(file);
     const std::string copy = folders.defaultProject + "/" + name + kExtension;
-    copyTo(file, readInput(file), copy);
+    copyTo(file, bytes, copy);
     replaceWith(folders.host + "/" + kObjectPathFile, copy + "\n");
     replaceWith(folders.host + "/" + kObjectListFile, name + "\n");
     status("sent " + quoted(file) + " as " + quoted(copy));

@@ -1,3 +1,4 @@
+#include "meshfile/neq_writer.h"
 #include "support/temp_dir.h"
 #include "support/tool_run.h"
 
@@ -153,7 +154,12 @@ TEST(BridgeCommand, SendsToAnApplicationAndReceivesWhatComesBack) {
                   "edited.NeQ'\n"
                   "printf 'edited\\r\\n\\n' > '" +
                   dir.file("NeQBrush/NeQ_ObjectList.txt") + "'\n");
-    writeFile(dir.file("head.v2.NeQ"), "mesh bytes");
+    meshfile::Mesh triangle;
+    triangle.vertices = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+    triangle.faces = {{0, 1, 2, -1}};
+    ASSERT_TRUE(
+        meshfile::writeBytesToFile(dir.file("head.v2.NeQ"), meshfile::buildNeqChain(triangle)));
+    const std::string mesh = readFile(dir.file("head.v2.NeQ"));
 
     EXPECT_EQ(runTool("bridge register-app Blender --path " + dir.file("blender.sh"), false, env)
                   .exitCode,
@@ -171,7 +177,7 @@ TEST(BridgeCommand, SendsToAnApplicationAndReceivesWhatComesBack) {
               "addon_utils.check('neqbridge_blender')[1] or "
               "addon_utils.enable('neqbridge_blender', default_set=False); "
               "bpy.ops.neqbridge.receive()|");
-    EXPECT_EQ(readFile(project + "head.v2.NeQ"), "mesh bytes");
+    EXPECT_EQ(readFile(project + "head.v2.NeQ"), mesh);
     EXPECT_EQ(readFile(dir.file("NeQBrush/NeQ_ObjectPath.txt")), project + "head.v2.NeQ\n");
 
     ::mkdir(dir.file("back").c_str(), 0755);
@@ -189,6 +195,13 @@ TEST(BridgeCommand, SendsToAnApplicationAndReceivesWhatComesBack) {
                 {"bridge receive " + dir.file("head.v2.NeQ"), 1, "not a folder"},
                 {"bridge receive " + project, 1, "(the same file)"}},
                env);
+#ifdef NEQBRIDGE_INTERCHANGE
+    writeFile(dir.file("cut.NeQ"), mesh.substr(0, 60));
+    expectRuns({{"bridge send " + dir.file("cut.NeQ") + " --app Blender", 1,
+                 "cannot send '" + dir.file("cut.NeQ") + "': offset 32: "}},
+               env);
+    EXPECT_FALSE(fileExists(project + "cut.NeQ"));
+#endif
     writeFile(dir.file("NeQBrush/NeQ_ObjectList.txt"), "../x\n");
     TempDir empty;
     expectRuns(
