@@ -28,6 +28,7 @@ _classes = (
 
 def _import_entry(self, _context):
     self.layout.operator(operators.IMPORT_MESH_OT_neq.bl_idname, text="NeQ mesh (.NeQ)")
+    self.layout.operator(operators.NEQBRIDGE_OT_receive.bl_idname, text="NeQ bridge: receive")
 
 
 def _export_entry(self, _context):
