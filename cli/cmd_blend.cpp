@@ -107,13 +107,15 @@ void assembleBlendScene(const std::string& basePath, const std::vector<std::stri
     for (const std::string& target : targetPaths)
         targetsForLibrary.push_back(libraryPath(target));
     refuseOutputNamingAnInput(basePath, targetPaths);
+    for (const std::string& target : targetPaths)
+        requireInputFile(target);
+    const std::string baseText = readBaseScene(basePath);
     for (const std::string& target : targetPaths) {
         const std::string name = blend::nodeNameOf(target);
         requireNodes(readScene(target, "target"), target, "target",
                      {name + "Shape", name + ":groupId1", name + ":defaultMat",
                       name + ":defaultMat1", name + ":materialInfo1"});
     }
-    const std::string baseText = readBaseScene(basePath);
     warnAboutNames(basePath, targetPaths);
 
     // The copy keeps the base's file name, which the statements take the node names from.

@@ -4,6 +4,8 @@
 #include "files.h"
 #include "pending_output.h"
 
+#include "platform/directories.h"
+
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -43,8 +45,13 @@ int run(const std::vector<std::string>& args) {
     DemoContext context;
     context.dir = prepareFolder(parsed.positional.empty() ? kDefaultFolder : parsed.positional[0]);
     status("neqbridge demo: writing into " + context.dir);
+    status("(each step's \"again\" command repeats it, run in that folder)");
     for (const auto step : kDemoSteps)
         step(context);
+    const std::string tool = platform::executableDirectory();
+    if (!tool.empty())
+        status("\nthe tool is " + tool + (tool == "/" ? "" : "/") +
+               "neqbridge: put its folder on the PATH to run the commands above");
     std::printf("%s\n", context.dir.c_str());
     return kExitOk;
 }

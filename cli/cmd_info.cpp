@@ -30,24 +30,52 @@ std::string field(const std::optional<std::uint32_t>& value) {
     return value ? std::to_string(*value) : std::string("-");
 }
 
-void printText(const std::string& path, const ChainInfo& chain, const ObjLayoutInfo& obj) {
-    std::printf("%s: %llu bytes\n", path.c_str(), static_cast<unsigned long long>(chain.size));
-    if (!chain.blocks.empty())
+// A file in the OBJ export's layout is not a chain the block walk can follow: its
+// colour block sits 4 bytes past where a chain would put it. It is named as what it is.
+bool inExportLayout(const ChainInfo& chain, const ObjLayoutInfo& obj) {
+    return obj.ready() && !chain.wellFormed();
+}
+
+void printBlocks(const std::vector<BlockInfo>& blocks) {
+    if (!blocks.empty())
         std::printf("  %10s %10s  %-13s %10s %10s\n", "offset", "tag", "block", "length", "count");
-    for (const BlockInfo& block : chain.blocks) {
+    for (const BlockInfo& block : blocks) {
         std::printf("  %10llu %10s  %-13s %10s %10s\n",
                     static_cast<unsigned long long>(block.offset), field(block.tag).c_str(),
                     kindOf(block).c_str(), field(block.length).c_str(), field(block.count).c_str());
         for (const std::string& problem : block.problems)
             std::printf("      problem: %s\n", problem.c_str());
     }
+}
+
+void printExportLayout(const NeqView& file, const ObjLayoutInfo& obj) {
+    const BlockInfo vertices = meshfile::blockHeaderAt(file, meshfile::kFirstBlockOffset);
+    printBlocks({vertices,
+                 meshfile::blockHeaderAt(file, meshfile::kFirstBlockOffset + *vertices.length),
+                 meshfile::blockHeaderAt(file, *obj.colourBlock),
+                 meshfile::blockHeaderAt(file, *obj.faceBlock)});
+    std::puts("layout: the host's OBJ export layout, not a plain block chain: the colour block "
+              "sits 4 bytes after the end of the block after the vertex block, the face block "
+              "right after the colours");
+    std::puts("OBJ export: ready");
+}
+
+void printText(const std::string& path, const NeqView& file, const ChainInfo& chain,
+               const ObjLayoutInfo& obj) {
+    std::printf("%s: %llu bytes\n", path.c_str(), static_cast<unsigned long long>(chain.size));
+    if (inExportLayout(chain, obj)) return printExportLayout(file, obj);
+    printBlocks(chain.blocks);
     if (chain.bytesAfterChain != 0)
         std::printf("  note: %llu bytes after the end of the chain\n",
                     static_cast<unsigned long long>(chain.bytesAfterChain));
     for (const std::string& problem : chain.problems)
         std::printf("  problem: %s\n", problem.c_str());
     std::puts(chain.wellFormed() ? "block chain: well formed" : "block chain: malformed");
-    if (obj.applies)
+    if (chain.wellFormed() && obj.applies && !obj.ready())
+        std::puts("OBJ export: the host's export would need the colour block 4 bytes after the "
+                  "end of the block after the vertex block and the face block right after the "
+                  "colours; neqbridge obj lays the file out so itself");
+    else if (obj.applies)
         std::printf("OBJ export layout: %s; %s: %s\n",
                     describeExpected("colour", obj.colourBlock, obj.colourTag).c_str(),
                     describeExpected("face", obj.faceBlock, obj.faceTag).c_str(),
@@ -88,7 +116,8 @@ void printJson(const std::string& path, const ChainInfo& chain, const ObjLayoutI
            ",\"bytesAfterChain\":" + std::to_string(chain.bytesAfterChain) +
            ",\"problems\":" + jsonList(chain.problems) +
            ",\"wellFormed\":" + (chain.wellFormed() ? "true" : "false") +
-           ",\"objExport\":" + jsonObjLayout(obj) + "}\n";
+           ",\"objExport\":" + jsonObjLayout(obj) +
+           ",\"layout\":" + (inExportLayout(chain, obj) ? "\"objExport\"" : "\"chain\"") + "}\n";
     std::fputs(out.c_str(), stdout);
 }
 
@@ -105,7 +134,7 @@ int run(const std::vector<std::string>& args) {
     if (parsed.has("--json"))
         printJson(path, chain, obj);
     else
-        printText(path, chain, obj);
+        printText(path, file, chain, obj);
     return chain.wellFormed() || obj.ready() ? kExitOk : kExitFailed;
 }
 
@@ -123,8 +152,9 @@ const Command kInfoCommand = {
     "file, a length shorter than a header, a count that does not match the length, and a "
     "missing end-of-chain block. A file that starts with a vertex block is also checked "
     "the way the OBJ export reads it (the colour block 4 bytes after the end of the block "
-    "after the vertex block, the face block after the colours). Exit status 0 means the "
-    "chain is well formed or the OBJ export layout ready, 1 that neither is.",
+    "after the vertex block, the face block after the colours); a file in that layout is "
+    "named so and listed by its four blocks. Exit status 0 means the chain is well formed "
+    "or the file in the OBJ export layout, 1 that neither is.",
     {{"FILE", "NeQ mesh file"}},
     {{"--json", nullptr, "print the same as one JSON object"}},
     run,

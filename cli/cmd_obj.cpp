@@ -80,7 +80,7 @@ int run(const std::vector<std::string>& args) {
 
     const std::vector<std::uint32_t> faceIds =
         readBaseFaceIds(basePath, static_cast<double>(level));
-    const meshfile::NeqBytes bytes = loadInExportLayout(subdividedPath);
+    const meshfile::NeqBytes bytes = loadInExportLayout(subdividedPath, "SUBDIVIDED");
     const meshfile::NeqView file(bytes);
     requireMatchingFaceCount(file, faceIds, level, basePath, subdividedPath);
 

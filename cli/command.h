@@ -72,6 +72,10 @@ extern const Command kConfigCommand;
 extern const Command kAppCommand;
 extern const Command kBridgeCommand;
 extern const Command kMergeUvsCommand;
+#ifdef NEQBRIDGE_INTERCHANGE
+extern const Command kConvertCommand;
+extern const Command kUvLayoutCommand;
+#endif
 
 // The command line is wrong: exit 2 with the reason and the usage line.
 class UsageError : public std::runtime_error {

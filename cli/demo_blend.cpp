@@ -73,7 +73,8 @@ void demoBlendSteps(DemoContext& context) {
     const std::string blended = context.dir + "blended/Head.ma";
     writeDemoFile(blended, baseScene("Head"));
     assembleBlendScene(blended, targets);
-    status("  Head.ma is left without a deformer: neqbridge blend Head.ma Smile.ma Blink.ma");
+    status("  Head.ma is left fresh, without the deformer, for a run of one's own");
+    status("    again: neqbridge blend Head.ma Smile.ma Blink.ma");
 }
 
 } // namespace neq::cli

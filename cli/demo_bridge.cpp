@@ -35,11 +35,12 @@ void demoBridgeSteps(DemoContext& context) {
     writeDemoFile(description, kDescription);
     VDNeQApp app;
     readAppDescription(description, app);
-    statusf("  VDNeQAppParser::parseFile(NeQ_App.txt): name \"%s\", extension %s, template "
-            "%s, edit command '%s', version %d",
+    statusf("  read the application description NeQ_App.txt: name \"%s\", extension %s, "
+            "template %s, edit command '%s', version %d",
             app.m_name.c_str(), app.m_extension.c_str(), app.m_template.c_str(),
             app.m_editCommand.c_str(), app.m_version);
     statusf("    flags 0x%08x: %s", app.m_flags, joined(setFlagKeys(app)).c_str());
+    status("    again: neqbridge app NeQ_App.txt");
 
     const std::string config = context.dir + "NeQ_Config.txt";
     writeDemoFile(config, kConfig);
@@ -52,8 +53,9 @@ void demoBridgeSteps(DemoContext& context) {
     const VDString value =
         VDGenericConfigFileParser::findTokenInConfigFile(configPath, key, &found);
     if (!found) throw Failure("no PATH entry read back from " + quoted(config));
-    statusf("  replaceTokenInConfigFile(NeQ_Config.txt, path) then findTokenInConfigFile: %s",
+    statusf("  recorded PATH in the configuration file NeQ_Config.txt and read it back: %s",
             value.c_str());
+    status("    again: neqbridge config get NeQ_Config.txt PATH");
 }
 
 } // namespace neq::cli

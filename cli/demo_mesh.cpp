@@ -67,11 +67,11 @@ void writeSampleFiles(DemoContext& context, const meshfile::Mesh& base,
     writeMeshFile(context, "base.NeQ", meshfile::buildNeqChain(base),
                   countsOf(base) + ", colours, UVs in 2 tiles, 3 groups");
     writeMeshFile(context, "base_faces.NeQ", meshfile::buildNeqFacesFirst(base),
-                  "face block first, for GetFaceIDsNeq");
+                  "face block first, as the host's face ID reader takes it");
     writeMeshFile(context, "subdivided.NeQ", meshfile::buildNeqForObjExport(subdivided),
                   countsOf(subdivided) + ", in the OBJ export's layout");
     writeMeshFile(context, "subdivided_colors.NeQ", meshfile::buildNeqColoursFirst(subdivided),
-                  "colour block first, for ReadVertColorNeq");
+                  "colour block first, as the host's colour export takes it");
 }
 
 // Fills the library's face IDs; returns their count.
@@ -80,7 +80,7 @@ long runFaceIds(const DemoContext& context) {
     const float result = GetFaceIDsNeq(path.c_str(), kSubdivisionLevel);
     if (result < 0) failHostCall("GetFaceIDsNeq", result, path, "");
     const auto faces = std::accumulate(faceID.begin(), faceID.end(), 0ull);
-    statusf("  GetFaceIDsNeq(base_faces.NeQ, 1) = %g: %llu subdivided faces "
+    statusf("  face IDs of base_faces.NeQ at level 1: its %g faces become %llu "
             "(4 per quad, 3 per triangle)",
             static_cast<double>(result), faces);
     return static_cast<long>(result);
@@ -92,9 +92,10 @@ void runObjExport(const DemoContext& context, const meshfile::Mesh& subdivided, 
     std::string objPath = context.dir + "subdivided.obj";
     const float result = writeOBJfromNeq(context.subdividedPath.c_str(), objPath.data());
     if (result != 0.0f) failHostCall("writeOBJfromNeq", result, context.subdividedPath, objPath);
-    statusf("  writeOBJfromNeq  -> subdivided.obj %6llu bytes: %zu vertices, RGB block, "
-            "%ld #FaceID groups",
+    statusf("  exported subdivided.NeQ as OBJ to subdivided.obj (%llu bytes): %zu vertices, "
+            "colours, %ld face groups",
             fileSize(objPath), subdivided.vertices.size(), groups);
+    status("    again: neqbridge obj base.NeQ subdivided.NeQ subdivided.obj");
 }
 
 void runColourExport(const DemoContext& context, const meshfile::Mesh& subdivided) {
@@ -102,8 +103,10 @@ void runColourExport(const DemoContext& context, const meshfile::Mesh& subdivide
     std::string textPath = context.dir + "colors.txt";
     const float result = ReadVertColorNeq(input.c_str(), textPath.data());
     if (result != 0.0f) failHostCall("ReadVertColorNeq", result, input, textPath);
-    statusf("  ReadVertColorNeq -> colors.txt     %6llu bytes: RGB block of %zu colours",
+    statusf("  wrote the colours of subdivided_colors.NeQ to colors.txt (%llu bytes): %zu "
+            "colours",
             fileSize(textPath), subdivided.colours.size());
+    status("    again: neqbridge colors subdivided_colors.NeQ colors.txt");
 }
 
 } // namespace

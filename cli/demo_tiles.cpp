@@ -41,8 +41,9 @@ void demoTileSteps(DemoContext& context) {
     std::vector<std::string> tiles;
     for (const meshfile::UV_tile& tile : scan.tiles)
         tiles.push_back(tile.name);
-    statusf("  GetUVTile(%s) = %zu: tiles %s; the last face lies in %s", meshName.c_str(),
-            tiles.size(), joined(tiles).c_str(), scan.lastTileName.c_str());
+    statusf("  listed the %zu UV tiles of %s: %s; the last face lies in %s", tiles.size(),
+            meshName.c_str(), joined(tiles).c_str(), scan.lastTileName.c_str());
+    status("    again: neqbridge tiles " + meshName);
 
     const std::string base = context.dir + "tiles.NeQ";
     const std::vector<std::string> names = splitAsTheHostDoes(mesh, base);
@@ -50,10 +51,11 @@ void demoTileSteps(DemoContext& context) {
     for (std::size_t k = 0; k < names.size(); ++k)
         files.push_back(fileName(meshfile::uvTileFilePath(meshfile::uvTileFileStem(base), k)) +
                         " (" + names[k] + ")");
-    statusf("  GetUVsFromNeQ(%s, %s) = %zu: %s", meshName.c_str(), fileName(base).c_str(),
-            names.size(), joined(files).c_str());
+    statusf("  split %s into one file per tile: %s", meshName.c_str(), joined(files).c_str());
+    status("    again: neqbridge tiles " + meshName + " " + fileName(base) + " --split");
 
-    statusf("  GetUVGroup(%s) = %lu distinct groups", meshName.c_str(), countGroupsOrFail(mesh));
+    statusf("  counted the groups of %s: %lu", meshName.c_str(), countGroupsOrFail(mesh));
+    status("    again: neqbridge groups " + meshName);
 }
 
 } // namespace neq::cli

@@ -22,8 +22,10 @@ void demoUvMergeSteps(DemoContext& context) {
     const uvmerge::MayaFileWeld weld = uvmerge::weldMayaFile(path.c_str());
     if (weld.failure != uvmerge::MayaFileWeld::Failure::none)
         throw Failure("cannot weld " + quoted(path) + ": " + weld.reason);
-    statusf("  NeQMergeUVs(%s.ma): %zu UVs -> %zu (one per vertex, more where a seam runs)",
+    statusf("  welded the UVs of %s.ma in place: %zu UVs -> %zu (one per vertex, more where a "
+            "seam runs)",
             options.name.c_str(), weld.rewrite.uvsBefore, weld.rewrite.uvsAfter);
+    status("    again: neqbridge merge-uvs " + options.name + ".ma");
 }
 
 } // namespace neq::cli

@@ -21,9 +21,12 @@ namespace {
 
 // The commands, in the order the overview lists them.
 const Command* const kCommands[] = {
-    &kDemoCommand,   &kInfoCommand, &kObjCommand,    &kColorsCommand,   &kTilesCommand,
-    &kGroupsCommand, &kNameCommand, &kBlendCommand,  &kMergeUvsCommand, &kCallCommand,
-    &kConfigCommand, &kAppCommand,  &kBridgeCommand,
+    &kDemoCommand,    &kInfoCommand,     &kObjCommand,    &kColorsCommand,   &kTilesCommand,
+    &kGroupsCommand,  &kNameCommand,     &kBlendCommand,  &kMergeUvsCommand, &kCallCommand,
+    &kConfigCommand,  &kAppCommand,      &kBridgeCommand,
+#ifdef NEQBRIDGE_INTERCHANGE
+    &kConvertCommand, &kUvLayoutCommand,
+#endif
 };
 
 const char kToolUsage[] = "usage: neqbridge COMMAND [ARGS...]";

@@ -34,11 +34,12 @@ using meshfile::NeqView;
 // The block of `tag` and its bytes as far as its length field says (at least its header,
 // at most to the end of the file); fails when the file has none.
 std::pair<std::uint64_t, std::uint64_t> blockOrFail(const NeqView& file, std::uint32_t tag,
-                                                    const std::string& path) {
+                                                    const std::string& path,
+                                                    const std::string& role) {
     const std::optional<std::uint64_t> at = meshfile::findBlock(file, tag);
     if (!at)
-        throw Failure(quoted(path) + " has no " + meshfile::blockKindName(tag) + " block (tag " +
-                      std::to_string(tag) + ")");
+        throw Failure(role + " " + quoted(path) + " has no " + meshfile::blockKindName(tag) +
+                      " block (tag " + std::to_string(tag) + ")");
     const std::uint64_t length = file.u32(*at + meshfile::kBlockLengthOffset).value_or(0);
     const std::uint64_t wanted = std::max<std::uint64_t>(length, meshfile::kBlockHeaderSize);
     return {*at, std::min<std::uint64_t>(wanted, file.size() - *at)};
@@ -54,23 +55,19 @@ NeqBytes loadWithBlockFirst(const std::string& path, std::uint32_t tag, const st
     NeqBytes bytes = loadNeqOrFail(path);
     const NeqView file(bytes);
     if (file.u32(meshfile::kFirstBlockOffset) == tag) return bytes;
-    try {
-        const std::uint64_t at = blockOrFail(file, tag, path).first;
-        NeqBytes laid(bytes.begin(), bytes.begin() + meshfile::kFirstBlockOffset);
-        append(laid, file, at, file.size() - at);
-        return laid;
-    } catch (const Failure& failure) {
-        throw Failure(role + " " + failure.what());
-    }
+    const std::uint64_t at = blockOrFail(file, tag, path, role).first;
+    NeqBytes laid(bytes.begin(), bytes.begin() + meshfile::kFirstBlockOffset);
+    append(laid, file, at, file.size() - at);
+    return laid;
 }
 
-NeqBytes loadInExportLayout(const std::string& path) {
+NeqBytes loadInExportLayout(const std::string& path, const std::string& role) {
     NeqBytes bytes = loadNeqOrFail(path);
     const NeqView file(bytes);
     if (meshfile::describeObjLayout(file).ready()) return bytes;
-    const auto vertices = blockOrFail(file, meshfile::kVertexTag, path);
-    const auto colours = blockOrFail(file, meshfile::kColourTag, path);
-    const auto faces = blockOrFail(file, meshfile::kFaceTag, path);
+    const auto vertices = blockOrFail(file, meshfile::kVertexTag, path, role);
+    const auto colours = blockOrFail(file, meshfile::kColourTag, path, role);
+    const auto faces = blockOrFail(file, meshfile::kFaceTag, path, role);
     NeqBytes laid(bytes.begin(), bytes.begin() + meshfile::kFirstBlockOffset);
     append(laid, file, vertices.first, vertices.second);
     // The block the export skips: an empty one of 16 bytes, then the 4 bytes it leaves.

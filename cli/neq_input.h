@@ -25,6 +25,6 @@ meshfile::NeqBytes loadWithBlockFirst(const std::string& path, std::uint32_t tag
 
 // The file as the OBJ export reads it: the vertex block at 32, one block it skips, the
 // colour block 4 bytes after that block's end, the face block right after the colours.
-meshfile::NeqBytes loadInExportLayout(const std::string& path);
+meshfile::NeqBytes loadInExportLayout(const std::string& path, const std::string& role);
 
 } // namespace neq::cli

@@ -14,10 +14,13 @@ class FormatError(ValueError):
     "line N", `reason` says what is wrong."""
 
     def __init__(self, file: str, where: str, reason: str) -> None:
-        super().__init__(f"{file}: {where}: {reason}")
+        super().__init__(file, where, reason)  # all three, so that it pickles
         self.file = file
         self.where = where
         self.reason = reason
+
+    def __str__(self) -> str:
+        return f"{self.file}: {self.where}: {self.reason}"
 
 
 def host_path(path: PathLike) -> str:

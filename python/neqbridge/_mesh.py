@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import Any, Optional
+from typing import Any
 
 import numpy as np
 
@@ -111,6 +111,11 @@ def _needs_meshes() -> None:
         raise NotImplementedError("this build of neqbridge has no mesh files")
 
 
+def _check_side_buffer(path: str, side_buffer: bool) -> None:
+    if side_buffer and not path.lower().endswith(".gltf"):
+        raise ValueError(f"{path}: side_buffer applies to a .gltf output only")
+
+
 def _mesh_path(path: PathLike) -> str:
     full = host_path(path)
     if not full.lower().endswith(_FORMATS):
@@ -125,22 +130,27 @@ def read(path: PathLike) -> Mesh:
     return Mesh._from_file(_core.read_mesh(_mesh_path(path)))
 
 
-def write(path: PathLike, mesh: Mesh) -> None:
+def write(path: PathLike, mesh: Mesh, *, side_buffer: bool = False) -> None:
     """Writes the mesh as the format of the extension (.NeQ, .obj, .glb, .gltf). The file
-    appears complete or not at all."""
+    appears complete or not at all. A .gltf holds its buffer, unless `side_buffer` puts
+    it beside it (the same name with .bin)."""
     _needs_meshes()
     if not isinstance(mesh, Mesh):
         raise TypeError(f"write needs a neqbridge.Mesh, not {type(mesh).__name__}")
-    _core.write_mesh(_mesh_path(path), mesh.vertices, mesh.faces, mesh.uvs, mesh.colors,
-                     mesh.groups, mesh._neq_header)
+    target = _mesh_path(path)
+    _check_side_buffer(target, side_buffer)
+    _core.write_mesh(target, mesh.vertices, mesh.faces, mesh.uvs, mesh.colors,
+                     mesh.groups, mesh._neq_header, bool(side_buffer))
 
 
 def convert(src: PathLike, dst: PathLike, *, up: str = "y",
             flip: tuple = (False, False, False), flip_normals: bool = False,
-            groups: bool = True, colors: bool = True, uvs: bool = True) -> dict:
+            groups: bool = True, colors: bool = True, uvs: bool = True,
+            side_buffer: bool = False) -> dict:
     """Converts between the formats of the extensions, as `neqbridge convert` does:
     `up="z"` switches Y and Z, `flip` negates x, y, z, `flip_normals` reverses the
-    winding, and groups, colors, uvs False leave those out. Returns what the reader
+    winding, groups, colors, uvs False leave those out, and `side_buffer` is as for
+    write. Returns what the reader
     passed over: split_polygons and skipped_statements."""
     _needs_meshes()
     if up not in ("y", "z"):
@@ -153,5 +163,7 @@ def convert(src: PathLike, dst: PathLike, *, up: str = "y",
     transform.flip_normals = bool(flip_normals)
     transform.keep_groups, transform.keep_colors, transform.keep_uvs = \
         bool(groups), bool(colors), bool(uvs)
+    _check_side_buffer(_mesh_path(dst), side_buffer)
     source = input_file(_mesh_path(src))
-    return _core.convert(source, output_file(_mesh_path(dst), [source]), transform)
+    return _core.convert(source, output_file(_mesh_path(dst), [source]), transform,
+                         bool(side_buffer))

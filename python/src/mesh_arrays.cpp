@@ -74,18 +74,22 @@ py::tuple readMesh(const std::string& path) {
 
 void writeMesh(const std::string& path, const py::object& vertices, const py::object& faces,
                const py::object& uvs, const py::object& colors, const py::object& groups,
-               const py::bytes& header) {
+               const py::bytes& header, bool sideBuffer) {
     const Mesh mesh = meshOf(vertices, faces, uvs, colors, groups, header);
     py::gil_scoped_release released;
-    interchange::writeMeshFile(path, mesh);
+    // The arrays may have been changed since the Mesh checked them; no writer may see
+    // an index outside the vertices.
+    interchange::validate(mesh);
+    interchange::writeMeshFile(path, mesh, interchange::WriteOptions{sideBuffer});
 }
 
 py::dict convert(const std::string& in, const std::string& out,
-                 const interchange::Transform& transform) {
+                 const interchange::Transform& transform, bool sideBuffer) {
     interchange::ReadReport report;
     {
         py::gil_scoped_release released;
-        report = interchange::convertFile(in, out, transform);
+        report =
+            interchange::convertFile(in, out, transform, interchange::WriteOptions{sideBuffer});
     }
     py::dict counts;
     counts["split_polygons"] = report.splitPolygons;

@@ -35,6 +35,15 @@ std::string kindOf(const BlockInfo& block) {
     return block.tag ? blockKindName(*block.tag) : "unknown";
 }
 
+BlockInfo blockHeaderAt(const NeqView& file, std::uint64_t offset) {
+    BlockInfo block;
+    block.offset = offset;
+    block.tag = file.u32(offset);
+    block.length = file.u32(offset + kBlockLengthOffset);
+    block.count = file.u32(offset + kBlockCountOffset);
+    return block;
+}
+
 // Positions only grow (a step is at least 1), so the walk always ends.
 ChainInfo describeChain(const NeqView& file) {
     ChainInfo chain;
@@ -46,11 +55,7 @@ ChainInfo describeChain(const NeqView& file) {
     }
     std::uint64_t position = kFileHeaderSize;
     while (position < file.size()) {
-        BlockInfo block;
-        block.offset = position;
-        block.tag = file.u32(position);
-        block.length = file.u32(position + kBlockLengthOffset);
-        block.count = file.u32(position + kBlockCountOffset);
+        BlockInfo block = blockHeaderAt(file, position);
         if (!file.fits(position, kBlockHeaderSize))
             block.problems.push_back("truncated block header: " +
                                      std::to_string(file.size() - position) + " of 16 bytes");

@@ -49,6 +49,9 @@ struct ObjLayoutInfo {
 // The name of a block for people: "end-of-chain", "vertex", ..., "unknown".
 std::string kindOf(const BlockInfo& block);
 
+// The header fields of the block at `offset`, each nullopt where it is cut off.
+BlockInfo blockHeaderAt(const NeqView& file, std::uint64_t offset);
+
 // The walk of the readers, from offset 32 until the end-of-chain block or the end of
 // the file, with the problems of each block and of the file as a whole.
 ChainInfo describeChain(const NeqView& file);

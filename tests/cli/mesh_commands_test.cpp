@@ -68,7 +68,7 @@ TEST_F(MeshCommands, ObjAndColorsReportWhatTheyWroteAndTranslateEveryFailure) {
         {"obj " + basePath + " " + chainPath + " " + outPath, 0,
          "wrote " + outPath + ": 2 vertices, 2 colours, 7 faces in 2 face groups\n"},
         {"obj " + basePath + " " + basePath + " " + outPath, 1,
-         "obj: '" + basePath + "' has no vertex block (tag 10001)\n"},
+         "obj: SUBDIVIDED '" + basePath + "' has no vertex block (tag 10001)\n"},
         {"colors " + subdividedPath + " /dev/full", 1,
          "colors: cannot write output '/dev/full': No space left on device\n"},
         {"info " + missing, 1, "info: cannot open input '" + missing + "': No such file"},

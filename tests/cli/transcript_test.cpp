@@ -87,5 +87,37 @@ TEST(ToolTranscripts, EachReplaysAsWritten) {
         replay(name);
 }
 
+// Every "$ " example of the README's shell blocks, run in order in the demo's folder as
+// the README says (the demo made, its folder current, the tool on the PATH): each exits
+// 0, or 1 where its comment begins "# exit 1".
+TEST(ToolTranscripts, ReadmeExamplesRunAfterTheDemo) {
+    std::istringstream readme(readFile(NEQBRIDGE_TEST_DATA "/../../README.md"));
+    std::string script = "neqbridge demo -q >/dev/null && cd neqbridge-demo || exit 99\n";
+    std::vector<std::string> commands;
+    std::string expected;
+    bool inShell = false;
+    for (std::string line; std::getline(readme, line);) {
+        if (line.rfind("```", 0) == 0) inShell = line == "```sh";
+        if (!inShell || line.rfind("$ ", 0) != 0) continue;
+        commands.push_back(line.substr(2));
+        script += "{ " + commands.back() + "\n} >/dev/null 2>&1; echo $?\n";
+        expected += line.find("# exit 1") != std::string::npos ? "1\n" : "0\n";
+    }
+    ASSERT_GT(commands.size(), 20u);
+    const TempDir work, scratch;
+    writeFile(scratch.file("readme.sh"), script);
+    const std::string shell = "cd '" + work.path() + "' && HOME='" + work.path() +
+                              "' LC_ALL=C PATH='" + toolFolder() + "':\"$PATH\" /bin/sh '" +
+                              scratch.file("readme.sh") + "' >'" + scratch.file("out") + "'";
+    EXPECT_EQ(std::system(shell.c_str()), 0);
+    std::istringstream got(readFile(scratch.file("out"))), want(expected);
+    for (const std::string& command : commands) {
+        std::string gotCode, wantCode;
+        std::getline(got, gotCode);
+        std::getline(want, wantCode);
+        EXPECT_EQ(gotCode, wantCode) << "$ " << command;
+    }
+}
+
 } // namespace
 } // namespace neq::test

@@ -3,8 +3,9 @@ file and where in it."""
 
 import errno
 import os
-import subprocess
-import sys
+import pickle
+import shutil
+import tempfile
 
 import pytest
 
@@ -52,25 +53,48 @@ def test_write_into_a_missing_folder(demo):
     assert raised.value.errno == errno.ENOENT
 
 
-# Root reads anything: the permission case runs as an ordinary user.
-PERMISSION_SCRIPT = """
-import sys, neqbridge
-try:
-    neqbridge.group_count(sys.argv[1])
-except PermissionError as error:
-    print(error.errno, error.filename)
-"""
+def permission_error_of(operation):
+    """(errno, filename) of the PermissionError the operation raises; as root, in a
+    child process that has become an ordinary user, since root reads anything."""
+    if os.getuid() != 0:
+        with pytest.raises(PermissionError) as raised:
+            operation()
+        return raised.value.errno, raised.value.filename
+    read_end, write_end = os.pipe()
+    child = os.fork()
+    if child == 0:
+        os.close(read_end)
+        report = "no error"
+        try:
+            os.setgid(65534)
+            os.setuid(65534)
+            operation()
+        except PermissionError as error:
+            report = f"{error.errno}\n{error.filename}"
+        except BaseException as error:  # noqa: B902 - anything else is reported
+            report = repr(error)
+        os.write(write_end, report.encode())
+        os._exit(0)
+    os.close(write_end)
+    with os.fdopen(read_end) as pipe:
+        report = pipe.read()
+    os.waitpid(child, 0)
+    number, _, filename = report.partition("\n")
+    assert number.isdigit(), report
+    return int(number), filename
 
 
-def test_unreadable_file_is_a_permission_error(tmp_path):
-    path = tmp_path / "locked.NeQ"
-    path.write_bytes(b"\0" * 64)
-    path.chmod(0)
-    os.chmod(tmp_path, 0o755)
-    user = "nobody" if os.getuid() == 0 else None
-    out = subprocess.run([sys.executable, "-c", PERMISSION_SCRIPT, str(path)], user=user,
-                         capture_output=True, text=True, check=True).stdout
-    assert out == f"{errno.EACCES} {path}\n"
+def test_unreadable_file_is_a_permission_error():
+    folder = tempfile.mkdtemp()
+    os.chmod(folder, 0o755)
+    path = os.path.join(folder, "locked.NeQ")
+    with open(path, "wb") as file:
+        file.write(b"\0" * 64)
+    os.chmod(path, 0)
+    try:
+        assert permission_error_of(lambda: neqbridge.group_count(path)) == (errno.EACCES, path)
+    finally:
+        shutil.rmtree(folder)
 
 
 # (file content, operation, where, words in the reason)
@@ -93,6 +117,7 @@ def test_format_errors_name_the_file_and_where(tmp_path, content, operation, whe
     assert isinstance(error, ValueError)
     assert (error.file, error.where) == (str(path), where)
     assert words in error.reason and str(error).startswith(f"{path}: {where}: ")
+    assert str(pickle.loads(pickle.dumps(error))) == str(error)  # crosses process pools
 
 
 @needs_meshes
@@ -117,3 +142,13 @@ BAD_ARGUMENTS = {
 def test_bad_arguments_are_value_errors(operation):
     with pytest.raises(ValueError):
         operation()
+
+
+@needs_meshes
+@pytest.mark.parametrize("extension", [".NeQ", ".obj", ".glb", ".gltf"])
+def test_a_mesh_changed_after_construction_is_checked_when_written(tmp_path, extension):
+    mesh = neqbridge.Mesh([[0, 0, 0], [1, 0, 0], [0, 1, 0]], [[0, 1, 2, -1]])
+    mesh.faces[0, 1] = 99
+    with pytest.raises(ValueError, match="faces"):
+        neqbridge.write(tmp_path / f"bad{extension}", mesh)
+    assert not os.listdir(tmp_path)

@@ -1,0 +1,137 @@
+// The UV layout drawn in UV units: x is u, y is -v (SVG's y runs down), so tile (u, v)
+// is the square from (u, -v - 1) to (u + 1, -v).
+
+#include "interchange/uv_layout.h"
+
+#include "meshfile/uv_tiles.h"
+#include "uvmerge/text_out.h"
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+#include <set>
+#include <utility>
+
+namespace neq::interchange {
+
+namespace {
+
+// Twelve colours that stay apart from each other; polygroup ids take them in turn.
+constexpr const char* kPalette[] = {"#4e79a7", "#f28e2b", "#e15759", "#76b7b2",
+                                    "#59a14f", "#edc948", "#b07aa1", "#ff9da7",
+                                    "#9c755f", "#bab0ac", "#86bcb6", "#d37295"};
+constexpr std::size_t kPaletteSize = sizeof kPalette / sizeof kPalette[0];
+constexpr double kPixelsPerUnit = 512;
+
+const char* colourOf(std::int16_t group) {
+    const int index = group % static_cast<int>(kPaletteSize);
+    return kPalette[index < 0 ? index + static_cast<int>(kPaletteSize) : index];
+}
+
+void put(uvmerge::TextOut& out, const std::string& text) {
+    out.append(text);
+}
+
+// A coordinate to five decimals, trailing zeros dropped: 1/100000 of a tile.
+void putNumber(uvmerge::TextOut& out, double value) {
+    char* p = out.room(48);
+    if (!(value == value) || value > 1e9 || value < -1e9) value = 0; // NaN or far away
+    p = std::to_chars(p, p + 48, value, std::chars_format::fixed, 5).ptr;
+    while (p[-1] == '0')
+        --p;
+    if (p[-1] == '.') --p;
+    out.advance(p);
+}
+
+} // namespace
+
+std::string uvLayoutSvg(const Mesh& mesh) {
+    validate(mesh);
+    if (mesh.uvs.empty()) throw std::invalid_argument("uvs: the mesh has no UVs");
+    // Tiles of the faces (by their first corner, as the tile listing counts them), and
+    // the faces of each polygroup.
+    std::set<std::pair<std::int32_t, std::int32_t>> tiles;
+    std::map<std::int16_t, std::vector<std::size_t>> groups;
+    double left = 0, right = 1, top = -1, bottom = 0;
+    for (std::size_t face = 0; face < mesh.faceCount(); ++face) {
+        const float* uv = &mesh.uvs[face * 8];
+        tiles.emplace(meshfile::tileIndexOf(uv[0]), meshfile::tileIndexOf(uv[1]));
+        groups[mesh.groups.empty() ? std::int16_t{0} : mesh.groups[face]].push_back(face);
+    }
+    for (const auto& [u, v] : tiles) {
+        if (u < -1000000 || u > 1000000 || v < -1000000 || v > 1000000) continue;
+        left = std::min(left, double(u));
+        right = std::max(right, double(u) + 1);
+        top = std::min(top, -double(v) - 1);
+        bottom = std::max(bottom, -double(v));
+    }
+    const double margin = 0.05;
+    left -= margin, top -= margin, right += margin, bottom += margin;
+
+    std::string svg;
+    uvmerge::StringSink sink(svg);
+    uvmerge::TextOut out(sink);
+    out.text("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+             "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"");
+    putNumber(out, left);
+    out.text(" ");
+    putNumber(out, top);
+    out.text(" ");
+    putNumber(out, right - left);
+    out.text(" ");
+    putNumber(out, bottom - top);
+    out.text("\" width=\"");
+    putNumber(out, std::min((right - left) * kPixelsPerUnit, 8192.0));
+    out.text("\" height=\"");
+    putNumber(out, std::min((bottom - top) * kPixelsPerUnit, 8192.0));
+    out.text("\">\n<rect x=\"");
+    putNumber(out, left);
+    out.text("\" y=\"");
+    putNumber(out, top);
+    out.text("\" width=\"100%\" height=\"100%\" fill=\"white\"/>\n"
+             "<g fill=\"none\" stroke=\"#999\" stroke-width=\"1\" "
+             "vector-effect=\"non-scaling-stroke\">\n");
+    for (const auto& [u, v] : tiles) {
+        out.text("<rect x=\"");
+        out.number(u);
+        out.text("\" y=\"");
+        out.number(-static_cast<long long>(v) - 1);
+        out.text("\" width=\"1\" height=\"1\" vector-effect=\"non-scaling-stroke\"/>\n");
+    }
+    out.text("</g>\n<g font-family=\"sans-serif\" font-size=\"0.05\" fill=\"#666\">\n");
+    for (const auto& [u, v] : tiles) {
+        out.text("<text x=\"");
+        putNumber(out, u + 0.02);
+        out.text("\" y=\"");
+        putNumber(out, -static_cast<double>(v) - 1 + 0.07);
+        out.text("\">");
+        put(out, meshfile::uvTileName(u, v));
+        out.text("</text>\n");
+    }
+    out.text("</g>\n<g fill-opacity=\"0.45\" stroke=\"#222\" stroke-width=\"0.5\" "
+             "stroke-linejoin=\"round\">\n");
+    for (const auto& [group, faces] : groups) {
+        out.text("<path vector-effect=\"non-scaling-stroke\" fill=\"");
+        put(out, colourOf(group));
+        out.text("\" data-polygroup=\"");
+        out.number(group);
+        out.text("\" d=\"");
+        for (std::size_t face : faces) {
+            const int corners = mesh.isTriangle(face) ? 3 : 4;
+            for (int corner = 0; corner < corners; ++corner) {
+                const float* uv = &mesh.uvs[face * 8 + static_cast<std::size_t>(corner) * 2];
+                out.text(corner == 0 ? "M" : "L");
+                putNumber(out, uv[0]);
+                out.text(" ");
+                putNumber(out, -static_cast<double>(uv[1]));
+            }
+            out.text("Z");
+        }
+        out.text("\"/>\n");
+    }
+    out.text("</g>\n</svg>\n");
+    out.flush();
+    return svg;
+}
+
+} // namespace neq::interchange

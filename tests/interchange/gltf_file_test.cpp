@@ -1,0 +1,38 @@
+#include "interchange/sample_meshes.h"
+
+#include "support/temp_dir.h"
+
+namespace neq::interchange {
+namespace {
+
+// The v flip (1 - v, twice) may round; everything else comes back to the bit.
+void expectSameAfterVFlip(Mesh actual, const Mesh& expected) {
+    ASSERT_EQ(actual.uvs.size(), expected.uvs.size());
+    for (std::size_t i = 1; i < actual.uvs.size(); i += 2) {
+        EXPECT_NEAR(actual.uvs[i], expected.uvs[i], 1e-6f) << i;
+        actual.uvs[i] = expected.uvs[i];
+    }
+    test::expectSameMesh(actual, expected);
+}
+
+TEST(GltfFile, GlbAndGltfGiveBackTheQuadsVerticesAndGroups) {
+    Mesh mesh = test::sampleMesh();
+    mesh.positions.insert(mesh.positions.end(), {5, 6, 7}); // a vertex no face uses
+    mesh.colors.insert(mesh.colors.end(), {9, 8, 7});
+    expectSameAfterVFlip(readGltf(writeGlb(mesh), "m.glb"), mesh);
+    expectSameAfterVFlip(readGltf(writeGltf(mesh, "", nullptr), "m.gltf"), mesh);
+
+    neq::test::TempDir dir;
+    WriteOptions side;
+    side.gltfSideBuffer = true;
+    writeMeshFile(dir.file("m.gltf"), mesh, side);
+    EXPECT_EQ(neq::test::listFolder(dir.path()), (std::vector<std::string>{"m.bin", "m.gltf"}));
+    expectSameAfterVFlip(readMeshFile(dir.file("m.gltf")), mesh);
+    mesh.uvs.clear();
+    mesh.colors.clear();
+    mesh.groups.clear();
+    test::expectSameMesh(readGltf(writeGlb(mesh), "m.glb"), mesh);
+}
+
+} // namespace
+} // namespace neq::interchange
