@@ -45,7 +45,7 @@ int run(const std::vector<std::string>& args) {
         meshfile::exportColours(file, output.writePath().c_str());
     if (outcome.status != meshfile::ExportStatus::Written) output.failWrite(errno);
     output.commit();
-    status("wrote " + outPath + ": " + std::to_string(outcome.colours) + " colours");
+    status("wrote " + output.shownName() + ": " + std::to_string(outcome.colours) + " colours");
     return kExitOk;
 }
 

@@ -27,6 +27,7 @@ void (*const kDemoSteps[])(DemoContext&) = {
 // its absolute path ending in "/".
 std::string prepareFolder(const std::string& path) {
     struct stat info {};
+    libraryPath(path); // the library is handed paths in this folder
     if (::stat(path.c_str(), &info) == 0 && !S_ISDIR(info.st_mode))
         throw Failure(quoted(path) + " is a file, not a folder");
     makeFolders(path);

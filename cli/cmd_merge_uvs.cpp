@@ -73,7 +73,8 @@ int run(const std::vector<std::string>& args) {
 
     const std::string& written = output ? *output : input;
     const uvmerge::MayaUvRewrite& rewrite = weld.rewrite;
-    statusf("welded %s: %zu UVs -> %zu (%zu faces, %zu triangles)", quoted(written).c_str(),
+    const std::string shown = written == "-" && output ? "standard output" : quoted(written);
+    statusf("welded %s: %zu UVs -> %zu (%zu faces, %zu triangles)", shown.c_str(),
             rewrite.uvsBefore, rewrite.uvsAfter, rewrite.faces, rewrite.triangles);
     if (parsed.has("--stats")) printStats(rewrite, elapsed.count());
     return kExitOk;

@@ -91,7 +91,7 @@ int run(const std::vector<std::string>& args) {
     if (outcome.status != meshfile::ExportStatus::Written)
         reportExportFailure(outcome, subdividedPath, output, errno);
     output.commit();
-    status("wrote " + outPath + ": " + std::to_string(outcome.vertices) + " vertices, " +
+    status("wrote " + output.shownName() + ": " + std::to_string(outcome.vertices) + " vertices, " +
            std::to_string(outcome.colours) + " colours, " + std::to_string(outcome.faces) +
            " faces in " + std::to_string(outcome.faceGroups) + " face groups");
     return kExitOk;

@@ -45,8 +45,11 @@ std::pair<std::uint64_t, std::uint64_t> blockOrFail(const NeqView& file, std::ui
     return {*at, std::min<std::uint64_t>(wanted, file.size() - *at)};
 }
 
+// Appends up to `size` bytes from `offset`, never past the end of the file.
 void append(NeqBytes& to, const NeqView& file, std::uint64_t offset, std::uint64_t size) {
-    to.insert(to.end(), file.data() + offset, file.data() + offset + size);
+    if (offset >= file.size()) return;
+    const std::uint64_t end = offset + std::min<std::uint64_t>(size, file.size() - offset);
+    to.insert(to.end(), file.data() + offset, file.data() + end);
 }
 
 } // namespace

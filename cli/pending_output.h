@@ -32,6 +32,8 @@ class PendingOutput {
     // Where to write: the temporary file, or the destination itself for a device.
     const std::string& writePath() const { return writePath_; }
     const std::string& destination() const { return destination_; }
+    // How status lines name the destination: "standard output" for "-".
+    std::string shownName() const { return toStandardOutput_ ? "standard output" : destination_; }
 
     // Writes `bytes` to writePath(), replacing what it holds.
     void write(std::string_view bytes) const;
