@@ -108,8 +108,8 @@ void replaceWith(const std::string& path, const std::string& bytes) {
 
 // Writes `bytes` to `destination` unless it is `source` itself.
 void copyTo(const std::string& source, const std::string& bytes, const std::string& destination) {
-    struct stat from {
-    }, to{};
+    struct stat from {};
+    struct stat to {};
     if (::stat(source.c_str(), &from) == 0 && ::stat(destination.c_str(), &to) == 0 &&
         from.st_dev == to.st_dev && from.st_ino == to.st_ino)
         return;
@@ -221,8 +221,8 @@ void receiveObjects(const BridgeFolders& folders, const std::string& dir) {
     };
     std::vector<Mesh> meshes; // all read and checked before anything is written
     for (const std::string& name : names) {
-        Mesh mesh{folders.defaultProject + "/" + name + kExtension, "",
-                  dir + "/" + name + kExtension};
+        const std::string folder = dir.back() == '/' ? dir : dir + "/";
+        Mesh mesh{folders.defaultProject + "/" + name + kExtension, "", folder + name + kExtension};
         mesh.bytes = readInput(mesh.source);
         refuseOutputNamingAnInput(mesh.destination, {mesh.source});
         meshes.push_back(std::move(mesh));
