@@ -142,6 +142,11 @@ def test_failures_are_error_reports_naming_the_file():
     assert len(bpy.data.objects) == objects
 
 
+def test_faces_blender_cannot_hold_are_dropped_with_a_warning():
+    neqbridge.write(path("repeats.NeQ"), neqbridge.Mesh(VERTICES, [[0, 1, 1, 2], [0, 1, 5, 4]]))
+    assert len(import_neq(path("repeats.NeQ")).polygons) == 1
+
+
 def test_polygons_of_more_than_four_corners_become_a_fan():
     hexagon = [(np.cos(a), np.sin(a), 0) for a in np.linspace(0, 2 * np.pi, 6, endpoint=False)]
     data = bpy.data.meshes.new("ngon")

@@ -83,7 +83,9 @@ def write_mesh(path, mesh, flags):
 
 
 def build_object(context, name, mesh):
-    """A new mesh object named `name` in the active collection, made active."""
+    """A new mesh object named `name` in the active collection, made active, and
+    whether Blender's check of the mesh had to drop malformed parts (faces that repeat
+    a corner, faces given twice), which Blender's tools could not work on."""
     positions, faces, uvs = mesh.vertices, mesh.faces, mesh.uvs
     corners = faces >= 0
     corners[:, :3] = True
@@ -110,6 +112,7 @@ def build_object(context, name, mesh):
         attribute = data.attributes.new(GROUP_ATTRIBUTE, "INT", "FACE")
         attribute.data.foreach_set("value", mesh.groups.astype(np.int32))
     data.update(calc_edges=True)
+    repaired = data.validate(clean_customdata=False)
 
     obj = bpy.data.objects.new(name, data)
     context.collection.objects.link(obj)
@@ -117,7 +120,7 @@ def build_object(context, name, mesh):
         other.select_set(False)
     obj.select_set(True)
     context.view_layer.objects.active = obj
-    return obj
+    return obj, repaired
 
 
 def _split_polygons(starts, totals):

@@ -28,15 +28,19 @@ def _read_record(path):
         raise _Failure(f"cannot read the application record '{shown}': {_reason(error)}")
 
 
-def _import_file(context, path, record_path):
+def _import_file(context, path, record_path, report):
     """Imports one NeQ file; raises _Failure."""
     record = _read_record(record_path)
     name = os.path.splitext(os.path.basename(path))[0]
     try:
         mesh = mesh_data.read_mesh(path, mesh_data.Flags.of_record(record, "IMPORT"))
-        return mesh_data.build_object(context, name, mesh)
+        obj, repaired = mesh_data.build_object(context, name, mesh)
     except Exception as error:
         raise _Failure(f"cannot import '{path}': {_reason(error)}")
+    if repaired:
+        report({"WARNING"}, f"'{path}': faces that repeat a corner or are given twice were "
+                            f"dropped ({len(obj.data.polygons)} of {len(mesh)} faces kept)")
+    return obj
 
 
 def _export_object(obj, path, record_path):
@@ -89,7 +93,7 @@ class IMPORT_MESH_OT_neq(_Reporting, bpy.types.Operator, ImportHelper):
     record: _RECORD
 
     def run(self, context):
-        obj = _import_file(context, self.filepath, self.record)
+        obj = _import_file(context, self.filepath, self.record, self.report)
         data = obj.data
         return f"imported '{self.filepath}': {len(data.vertices)} vertices, {len(data.polygons)} faces"
 
@@ -125,7 +129,7 @@ class NEQBRIDGE_OT_receive(_Reporting, bpy.types.Operator):
         if not names:
             raise _Failure(f"the object list '{listing}' names no object")
         for name in names:
-            _import_file(context, bridge_files.project_file(name), "")
+            _import_file(context, bridge_files.project_file(name), "", self.report)
         return f"received {len(names)} object(s): {', '.join(names)}"
 
 
