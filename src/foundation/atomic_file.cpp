@@ -25,6 +25,10 @@ bool fail(std::string& reason) {
     return false;
 }
 
+// One positioned read, retried when interrupted; `got` is 0 at the end of the file.
+bool readSome(const RegularFile& file, std::uint64_t offset, char* out, std::size_t size,
+              std::size_t& got, std::string& reason);
+
 bool notRegular(const struct stat& info, std::string& reason) {
     if (S_ISREG(info.st_mode)) return false;
     reason = S_ISDIR(info.st_mode) ? "it is a folder, not a file" : "it is not a regular file";
@@ -52,9 +56,31 @@ bool overwriteInPlace(const std::string& target, const std::function<bool(int fd
 template <class Room>
 bool readWhole(const char* path, Room room, std::size_t& used, std::string& reason) {
     used = 0;
-    Descriptor file(::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    RegularFile file;
+    if (!openRegularFile(path, file, reason)) return false;
+    const auto size = static_cast<std::size_t>(file.size());
+    char* const data = room(size);
+    while (used < size) {
+        std::size_t got = 0;
+        if (!readSome(file, used, data + used, size - used, got, reason)) return false;
+        if (got == 0) break; // it shrank meanwhile: what is there is the file
+        used += got;
+    }
+    return true;
+}
+
+} // namespace
+
+RegularFile::~RegularFile() {
+    if (fd_ >= 0) ::close(fd_);
+}
+
+bool openRegularFile(const char* path, RegularFile& file, std::string& reason) {
+    if (file.fd_ >= 0) ::close(file.fd_);
+    file.fd_ = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    file.size_ = 0;
     struct stat info {};
-    if (file.get() < 0 || ::fstat(file.get(), &info) != 0) return fail(reason);
+    if (file.fd_ < 0 || ::fstat(file.fd_, &info) != 0) return fail(reason);
     if (notRegular(info, reason)) return false;
     // A 32-bit build cannot hold a file past its address space: refuse it rather than
     // read a part of it as the whole.
@@ -62,16 +88,36 @@ bool readWhole(const char* path, Room room, std::size_t& used, std::string& reas
         errno = EFBIG;
         return fail(reason);
     }
-    const auto size = static_cast<std::size_t>(info.st_size);
-    char* const data = room(size);
-    while (used < size) {
-        const ssize_t got = ::read(file.get(), data + used, size - used);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) return fail(reason);
-        if (got == 0) break; // it shrank meanwhile: what is there is the file
-        used += static_cast<std::size_t>(got);
+    file.size_ = static_cast<std::uint64_t>(info.st_size);
+    return true;
+}
+
+bool RegularFile::readAt(std::uint64_t offset, void* out, std::size_t size,
+                         std::string& reason) const {
+    auto* bytes = static_cast<char*>(out);
+    while (size > 0) {
+        std::size_t got = 0;
+        if (!readSome(*this, offset, bytes, size, got, reason)) return false;
+        if (got == 0) {
+            reason = "the file became shorter while it was read";
+            return false;
+        }
+        offset += got, bytes += got, size -= got;
     }
     return true;
+}
+
+namespace {
+
+bool readSome(const RegularFile& file, std::uint64_t offset, char* out, std::size_t size,
+              std::size_t& got, std::string& reason) {
+    for (;;) {
+        const ssize_t read = ::pread(file.descriptor(), out, size, static_cast<off_t>(offset));
+        if (read < 0 && errno == EINTR) continue;
+        if (read < 0) return fail(reason);
+        got = static_cast<std::size_t>(read);
+        return true;
+    }
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -38,6 +39,31 @@ class FileBytes {
 
 // The same, into FileBytes.
 bool readRegularFile(const char* path, FileBytes& bytes, std::string& reason);
+
+// A regular file opened for reading in pieces: for readers that take a file a block at a
+// time straight into their own arrays, without a copy of the whole file first.
+class RegularFile {
+  public:
+    RegularFile() = default;
+    RegularFile(const RegularFile&) = delete;
+    RegularFile& operator=(const RegularFile&) = delete;
+    ~RegularFile();
+
+    // The size the file had when it was opened.
+    std::uint64_t size() const { return size_; }
+    int descriptor() const { return fd_; }
+    // Reads exactly `size` bytes at `offset`. False with the reason in words; "the file
+    // became shorter while it was read" when it ends before them.
+    bool readAt(std::uint64_t offset, void* out, std::size_t size, std::string& reason) const;
+
+  private:
+    friend bool openRegularFile(const char* path, RegularFile& file, std::string& reason);
+    int fd_ = -1;
+    std::uint64_t size_ = 0;
+};
+
+// Opens a regular file for reading, refusing anything else as readRegularFile does.
+bool openRegularFile(const char* path, RegularFile& file, std::string& reason);
 
 // Makes `bytes` the content of the file at `path`. A symbolic link keeps pointing where
 // it did; its target is what is replaced. An existing target must be a regular file

@@ -20,6 +20,10 @@
 #include <string_view>
 #include <vector>
 
+namespace neq::files {
+class RegularFile;
+}
+
 namespace neq::interchange {
 
 struct Mesh {
@@ -82,6 +86,8 @@ struct ReadReport {
 
 // NeQ in memory. `name` is what errors call the file.
 Mesh readNeq(std::string_view bytes, const std::string& name);
+// The same from an open file, read block by block (FileError when a read fails).
+Mesh readNeqFile(const files::RegularFile& file, const std::string& path);
 std::string writeNeq(const Mesh& mesh);
 
 // Wavefront OBJ in memory.

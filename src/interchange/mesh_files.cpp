@@ -28,18 +28,24 @@ void replaceOrFail(const std::string& path, std::string_view bytes) {
 
 Mesh readMeshFile(const std::string& path, ReadReport* report) {
     const Format format = formatOrFail(path);
-    files::FileBytes bytes;
     std::string reason;
     errno = 0;
+    if (format == Format::neq) { // read block by block, straight into the arrays
+        files::RegularFile file;
+        if (!files::openRegularFile(path.c_str(), file, reason))
+            throw FileError(path, errno, reason);
+        return readNeqFile(file, path);
+    }
+    files::FileBytes bytes;
     if (!files::readRegularFile(path.c_str(), bytes, reason)) throw FileError(path, errno, reason);
     switch (format) {
-    case Format::neq:
-        return readNeq(bytes.view(), path);
     case Format::obj:
         return readObj(bytes.view(), path, report);
     case Format::glb:
     case Format::gltf:
         return readGltf(bytes.view(), path, report);
+    case Format::neq:
+        break; // read above
     }
     throw FileError(path, EINVAL, "unknown format");
 }

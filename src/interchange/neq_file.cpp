@@ -2,9 +2,13 @@
 
 #include "interchange/mesh.h"
 
+#include "foundation/atomic_file.h"
 #include "meshfile/field_readers.h"
 #include "meshfile/neq_format.h"
+#include "platform/memory_hints.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstring>
 
 namespace neq::interchange {
@@ -45,21 +49,55 @@ struct Records {
     bool present = false;
 };
 
-void copyWords(void* out, const std::uint8_t* in, std::size_t words) {
-    if (kLittleEndian) {
-        std::memcpy(out, in, words * 4);
-        return;
+// Where the reader takes bytes from: a buffer, or a file read a block at a time straight
+// into the mesh's arrays (no copy of the whole file first).
+class Source {
+  public:
+    explicit Source(std::string_view bytes) : data_(bytes.data()), size_(bytes.size()) {}
+    Source(const files::RegularFile& file, const std::string& path)
+        : file_(&file), size_(file.size()), path_(&path) {}
+
+    std::uint64_t size() const { return size_; }
+
+    // [offset, offset + size) lies inside the file: the reader checks it first.
+    void read(std::uint64_t offset, void* out, std::size_t size) const {
+        if (size == 0) return; // an empty array's data() may be null, which memcpy must not get
+        if (data_) {
+            std::memcpy(out, data_ + offset, size);
+            return;
+        }
+        std::string reason;
+        errno = 0;
+        if (!file_->readAt(offset, out, size, reason)) throw FileError(*path_, errno, reason);
     }
-    auto* o = static_cast<std::uint32_t*>(out);
-    for (std::size_t i = 0; i < words; ++i, in += 4)
-        o[i] = mf::assembleU32(in[0], in[1], in[2], in[3]);
+
+  private:
+    const char* data_ = nullptr;
+    const files::RegularFile* file_ = nullptr;
+    std::uint64_t size_;
+    const std::string* path_ = nullptr;
+};
+
+// `count` four-byte little-endian records into `out`, which is given large pages first.
+template <class T>
+void readWords(const Source& source, std::uint64_t offset, std::vector<T>& out, std::size_t count) {
+    static_assert(sizeof(T) == 4, "four-byte records");
+    platform::reserveLarge(out, count);
+    out.resize(count);
+    source.read(offset, out.data(), count * 4);
+    if (kLittleEndian) return;
+    for (T& value : out) {
+        std::uint8_t b[4];
+        std::memcpy(b, &value, 4);
+        const std::uint32_t bits = mf::assembleU32(b[0], b[1], b[2], b[3]);
+        std::memcpy(&value, &bits, 4);
+    }
 }
 
 class Reader {
   public:
-    Reader(std::string_view bytes, const std::string& name)
-        : data_(reinterpret_cast<const std::uint8_t*>(bytes.data())), size_(bytes.size()),
-          name_(name) {}
+    Reader(const Source& source, const std::string& name)
+        : source_(source), size_(source.size()), name_(name) {}
 
     Mesh read() {
         if (size_ < mf::kFileHeaderSize)
@@ -67,7 +105,7 @@ class Reader {
                         std::to_string(mf::kFileHeaderSize) + "-byte header");
         walk();
         Mesh mesh;
-        std::memcpy(mesh.neqHeader.data(), data_, mesh.neqHeader.size());
+        source_.read(0, mesh.neqHeader.data(), mesh.neqHeader.size());
         if (!vertices_.present) fail(mf::kFileHeaderSize, "the file has no vertex block");
         if (!faces_.present) fail(mf::kFileHeaderSize, "the file has no face block");
         readVertices(mesh);
@@ -84,7 +122,8 @@ class Reader {
     }
 
     std::uint32_t u32(std::uint64_t offset) const {
-        const std::uint8_t* p = data_ + offset;
+        std::uint8_t p[4];
+        source_.read(offset, p, 4);
         return mf::assembleU32(p[0], p[1], p[2], p[3]);
     }
 
@@ -112,9 +151,13 @@ class Reader {
             if (size_ - position < mf::kBlockHeaderSize)
                 fail(position, "a block header of 16 bytes runs past the end of the file (" +
                                    std::to_string(size_ - position) + " bytes left)");
-            const std::uint32_t tag = u32(position);
-            const std::uint32_t length = u32(position + mf::kBlockLengthOffset);
-            const std::uint32_t count = u32(position + mf::kBlockCountOffset);
+            std::uint8_t h[mf::kBlockHeaderSize];
+            source_.read(position, h, sizeof h);
+            const std::uint32_t tag = mf::assembleU32(h[0], h[1], h[2], h[3]);
+            const std::uint8_t* l = h + mf::kBlockLengthOffset;
+            const std::uint32_t length = mf::assembleU32(l[0], l[1], l[2], l[3]);
+            const std::uint8_t* c = h + mf::kBlockCountOffset;
+            const std::uint32_t count = mf::assembleU32(c[0], c[1], c[2], c[3]);
             if (tag == 0 && length == 0) return;
             const std::uint64_t extent = length == 0 ? mf::kBlockHeaderSize : length;
             if (extent < mf::kBlockHeaderSize)
@@ -153,13 +196,11 @@ class Reader {
     std::uint32_t tagOf(const Records& records) const { return u32(records.blockOffset); }
 
     void readVertices(Mesh& mesh) const {
-        mesh.positions.resize(std::size_t{vertices_.count} * 3);
-        copyWords(mesh.positions.data(), data_ + vertices_.offset, mesh.positions.size());
+        readWords(source_, vertices_.offset, mesh.positions, std::size_t{vertices_.count} * 3);
     }
 
     void readFaces(Mesh& mesh) const {
-        mesh.faces.resize(std::size_t{faces_.count} * 4);
-        copyWords(mesh.faces.data(), data_ + faces_.offset, mesh.faces.size());
+        readWords(source_, faces_.offset, mesh.faces, std::size_t{faces_.count} * 4);
         const std::uint32_t vertices = vertices_.count;
         for (std::size_t i = 0; i < mesh.faces.size(); ++i) {
             std::int32_t& index = mesh.faces[i];
@@ -178,8 +219,7 @@ class Reader {
     void readUvs(Mesh& mesh) const {
         if (!uvs_.present) return;
         requireCount(uvs_, mesh.faceCount(), "faces");
-        mesh.uvs.resize(std::size_t{uvs_.count} * 8);
-        copyWords(mesh.uvs.data(), data_ + uvs_.offset, mesh.uvs.size());
+        readWords(source_, uvs_.offset, mesh.uvs, std::size_t{uvs_.count} * 8);
         // A triangle's fourth pair means nothing; it reads as (0, 0) so that meshes that
         // differ only there compare equal.
         for (std::size_t face = 0; face < mesh.faceCount(); ++face)
@@ -189,27 +229,45 @@ class Reader {
     void readColours(Mesh& mesh) const {
         if (!colours_.present) return;
         requireCount(colours_, mesh.vertexCount(), "vertices");
+        platform::reserveLarge(mesh.colors, std::size_t{colours_.count} * 3);
         mesh.colors.resize(std::size_t{colours_.count} * 3);
-        const std::uint8_t* in = data_ + colours_.offset;
         std::uint8_t* out = mesh.colors.data();
-        for (std::uint32_t i = 0; i < colours_.count; ++i, in += 4, out += 3) {
-            out[0] = in[2]; // stored blue, green, red
-            out[1] = in[1];
-            out[2] = in[0];
-        }
+        forEachChunk(colours_, mf::kColourRecordSize,
+                     [&out](const std::uint8_t* in, std::size_t n) {
+                         for (std::size_t i = 0; i < n; ++i, in += 4, out += 3) {
+                             out[0] = in[2]; // stored blue, green, red
+                             out[1] = in[1];
+                             out[2] = in[0];
+                         }
+                     });
     }
 
     void readGroups(Mesh& mesh) const {
         if (!groups_.present) return;
         requireCount(groups_, mesh.faceCount(), "faces");
         mesh.groups.resize(groups_.count);
-        const std::uint8_t* in = data_ + groups_.offset;
-        for (std::uint32_t i = 0; i < groups_.count; ++i, in += 2)
-            mesh.groups[i] = mf::assembleI16(in[0], in[1]);
+        std::int16_t* out = mesh.groups.data();
+        forEachChunk(groups_, mf::kGroupRecordSize, [&out](const std::uint8_t* in, std::size_t n) {
+            for (std::size_t i = 0; i < n; ++i, in += 2)
+                *out++ = mf::assembleI16(in[0], in[1]);
+        });
     }
 
-    const std::uint8_t* data_;
-    std::size_t size_;
+    // Hands a block's records to `take` a cache-sized run at a time.
+    template <class Take>
+    void forEachChunk(const Records& records, std::size_t recordSize, Take take) const {
+        constexpr std::size_t kChunk = 1 << 14; // records per run
+        std::vector<std::uint8_t> buffer(std::min<std::size_t>(records.count, kChunk) * recordSize);
+        for (std::size_t done = 0; done < records.count;) {
+            const std::size_t n = std::min<std::size_t>(records.count - done, kChunk);
+            source_.read(records.offset + done * recordSize, buffer.data(), n * recordSize);
+            take(buffer.data(), n);
+            done += n;
+        }
+    }
+
+    const Source& source_;
+    std::uint64_t size_;
     const std::string& name_;
     Records vertices_, faces_, uvs_, colours_, groups_;
 };
@@ -229,6 +287,7 @@ std::uint8_t* appendBlock(std::string& out, std::uint32_t tag, std::size_t count
 }
 
 void storeWords(std::uint8_t* out, const void* in, std::size_t words) {
+    if (words == 0) return;
     if (kLittleEndian) {
         std::memcpy(out, in, words * 4);
         return;
@@ -241,7 +300,11 @@ void storeWords(std::uint8_t* out, const void* in, std::size_t words) {
 } // namespace
 
 Mesh readNeq(std::string_view bytes, const std::string& name) {
-    return Reader(bytes, name).read();
+    return Reader(Source(bytes), name).read();
+}
+
+Mesh readNeqFile(const files::RegularFile& file, const std::string& path) {
+    return Reader(Source(file, path), path).read();
 }
 
 std::string writeNeq(const Mesh& mesh) {
@@ -252,7 +315,8 @@ std::string writeNeq(const Mesh& mesh) {
         throw std::invalid_argument("mesh too large for a NeQ file: " + std::to_string(vertices) +
                                     " vertices, " + std::to_string(faces) + " faces");
     std::string out;
-    out.reserve(mf::kFileHeaderSize + 6 * mf::kBlockHeaderSize + vertices * 16 + faces * 50);
+    platform::reserveLarge(out, mf::kFileHeaderSize + 6 * mf::kBlockHeaderSize + vertices * 16 +
+                                    faces * 50);
     out.append(reinterpret_cast<const char*>(mesh.neqHeader.data()), mesh.neqHeader.size());
     storeWords(appendBlock(out, mf::kVertexTag, vertices), mesh.positions.data(),
                mesh.positions.size());

@@ -4,6 +4,8 @@
 
 #include "interchange/mesh.h"
 
+#include "platform/memory_hints.h"
+
 #include <fast_float/fast_float.h>
 
 #include <algorithm>
@@ -60,6 +62,7 @@ class ObjReader {
             text = joined;
         }
         base_ = text.data();
+        reserve(text);
         const char* p = text.data();
         const char* const end = p + text.size();
         while (p < end) {
@@ -74,6 +77,27 @@ class ObjReader {
     }
 
   private:
+    // Room for what the statements will add, with large pages behind it: growing the
+    // arrays statement by statement would copy them and fault their pages in one by one.
+    void reserve(std::string_view text) {
+        std::size_t vertices = 0, texcoords = 0, faces = 0;
+        for (const char* p = text.data(); p != nullptr;) {
+            const std::size_t left = text.size() - static_cast<std::size_t>(p - text.data());
+            if (left >= 2) {
+                vertices += p[0] == 'v' && p[1] == ' ';
+                texcoords += p[0] == 'v' && p[1] == 't';
+                faces += p[0] == 'f' && p[1] == ' ';
+            }
+            const char* newline = static_cast<const char*>(std::memchr(p, '\n', left));
+            p = newline ? newline + 1 : nullptr;
+        }
+        platform::reserveLarge(positions_, vertices * 3);
+        platform::reserveLarge(texcoords_, texcoords * 2);
+        platform::reserveLarge(faces_, faces * 4);
+        platform::reserveLarge(faceUvs_, texcoords ? faces * 8 : 0);
+        platform::reserveLarge(faceNames_, faces);
+    }
+
     // A backslash at the end of a line joins the next line to it. The marks become
     // blanks in a copy of the same length, so offsets still name the original lines.
     static std::string joinContinuations(std::string_view text) {
@@ -105,7 +129,9 @@ class ObjReader {
         if (keyword == "vt") return texture(line);
         if (keyword == "f") return face(line);
         if (keyword == "vn") return;
-        if (keyword == "g" || keyword == "o" || keyword == "usemtl") return name(line);
+        if (keyword == "o") return name(line, 0);
+        if (keyword == "g") return name(line, 1);
+        if (keyword == "usemtl") return name(line, 2);
         ++skipped_;
     }
 
@@ -162,12 +188,17 @@ class ObjReader {
         texcoords_.push_back(count > 1 ? values[1] : 0.0f);
     }
 
-    void name(Line& line) {
+    // Faces belong to the polygroup of the object, group and material names in force
+    // together, written "object/group/material" with the names not given left out.
+    void name(Line& line, int kind) {
         line.skipBlanks();
         const char* last = line.end;
         while (last > line.p && isBlank(last[-1]))
             --last;
-        const std::string name(line.p, static_cast<std::size_t>(last - line.p));
+        current_[kind].assign(line.p, static_cast<std::size_t>(last - line.p));
+        std::string name;
+        for (const std::string& part : current_)
+            if (!part.empty()) name += (name.empty() ? "" : "/") + part;
         const auto found = nameIds_.emplace(name, static_cast<int>(names_.size()));
         if (found.second) {
             if (names_.size() > INT16_MAX)
@@ -188,10 +219,18 @@ class ObjReader {
         return resolved;
     }
 
+    // A decimal integer; values too large for any index stop growing (and are then out
+    // of range) instead of overflowing.
     static bool integer(const char*& p, const char* end, std::int64_t& value) {
-        const std::from_chars_result result = std::from_chars(p, end, value);
-        if (result.ec != std::errc()) return false;
-        p = result.ptr;
+        const bool negative = p < end && *p == '-';
+        const char* digits = p + negative;
+        const char* q = digits;
+        std::int64_t magnitude = 0;
+        for (; q < end && static_cast<unsigned>(*q - '0') < 10; ++q)
+            if (magnitude < (std::int64_t{1} << 40)) magnitude = magnitude * 10 + (*q - '0');
+        if (q == digits) return false;
+        p = q;
+        value = negative ? -magnitude : magnitude;
         return true;
     }
 
@@ -321,6 +360,7 @@ class ObjReader {
     std::vector<CornerIndices> corners_;
     std::vector<std::string> names_;
     std::unordered_map<std::string, int> nameIds_;
+    std::string current_[3]; // object, group, material
     int currentName_ = -1;
     bool anyUv_ = false;
     std::size_t split_ = 0, skipped_ = 0;

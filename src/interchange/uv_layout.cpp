@@ -22,6 +22,8 @@ constexpr const char* kPalette[] = {"#4e79a7", "#f28e2b", "#e15759", "#76b7b2",
                                     "#9c755f", "#bab0ac", "#86bcb6", "#d37295"};
 constexpr std::size_t kPaletteSize = sizeof kPalette / sizeof kPalette[0];
 constexpr double kPixelsPerUnit = 512;
+// UVs and tiles farther out than this (or NaN) do not widen the picture.
+constexpr double kFar = 1000000;
 
 const char* colourOf(std::int16_t group) {
     const int index = group % static_cast<int>(kPaletteSize);
@@ -36,6 +38,7 @@ void put(uvmerge::TextOut& out, const std::string& text) {
 void putNumber(uvmerge::TextOut& out, double value) {
     char* p = out.room(48);
     if (!(value == value) || value > 1e9 || value < -1e9) value = 0; // NaN or far away
+    value += 0.0;                                                    // no "-0"
     p = std::to_chars(p, p + 48, value, std::chars_format::fixed, 5).ptr;
     while (p[-1] == '0')
         --p;
@@ -59,11 +62,20 @@ std::string uvLayoutSvg(const Mesh& mesh) {
         groups[mesh.groups.empty() ? std::int16_t{0} : mesh.groups[face]].push_back(face);
     }
     for (const auto& [u, v] : tiles) {
-        if (u < -1000000 || u > 1000000 || v < -1000000 || v > 1000000) continue;
+        if (u < -kFar || u > kFar || v < -kFar || v > kFar) continue;
         left = std::min(left, double(u));
         right = std::max(right, double(u) + 1);
         top = std::min(top, -double(v) - 1);
         bottom = std::max(bottom, -double(v));
+    }
+    // Faces may reach out of their tile: the picture holds them too.
+    for (std::size_t i = 0; i + 1 < mesh.uvs.size(); i += 2) {
+        const double u = mesh.uvs[i], v = -double(mesh.uvs[i + 1]);
+        if (!(u > -kFar && u < kFar && v > -kFar && v < kFar)) continue;
+        left = std::min(left, u);
+        right = std::max(right, u);
+        top = std::min(top, v);
+        bottom = std::max(bottom, v);
     }
     const double margin = 0.05;
     left -= margin, top -= margin, right += margin, bottom += margin;

@@ -44,6 +44,7 @@ TEST(NeqFile, WritesTheChainTheHostReadsAndReadsItBack) {
     const Mesh back = readNeq(expected, "m.NeQ");
     test::expectSameMesh(back, mesh);
     EXPECT_EQ(back.neqHeader, mesh.neqHeader);
+    test::expectSameMesh(readNeq(writeNeq(Mesh{}), "empty.NeQ"), Mesh{}); // empty blocks
 }
 
 TEST(NeqFile, ReadsBlocksInAnyOrderSkipsUnknownOnesAndNormalisesTriangles) {
