@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <string>
 
@@ -148,7 +149,8 @@ TEST(BridgeCommand, SendsToAnApplicationAndReceivesWhatComesBack) {
     ASSERT_EQ(runTool("bridge init", false, env).exitCode, 0);
     const std::string project = dir.file("NeQProjects/Default/");
     writeFile(dir.file("blender.sh"),
-              "[ -f \"$0.fails\" ] && exit 3\nprintf '%s|' \"$@\" > \"$0.args\"\n"
+              "[ -f \"$0.fails\" ] && exit 3\nprintf '%s|' \"$@\" > \"$0.tmp\"\n"
+              "mv \"$0.tmp\" \"$0.args\"\n"
               "printf edited > '" +
                   project +
                   "edited.NeQ'\n"
@@ -169,14 +171,19 @@ TEST(BridgeCommand, SendsToAnApplicationAndReceivesWhatComesBack) {
     EXPECT_EQ(runTool("app " + dir.file("NeQApps/Blender/NeQ_App.txt")).output,
               readTestData("cli/blender_record.txt"));
 
-    ToolRun run = runTool("bridge send " + dir.file("head.v2.NeQ") + " --app Blender --background",
-                          false, env);
+    const std::string send = "bridge send " + dir.file("head.v2.NeQ");
+    const std::string receiveStep = "--python-expr|import addon_utils, bpy; "
+                                    "addon_utils.check('neqbridge_blender')[1] or "
+                                    "addon_utils.enable('neqbridge_blender', default_set=False); "
+                                    "bpy.ops.neqbridge.receive()|";
+    ToolRun run = runTool(send + " --app Blender", false, env); // not waited for
     EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_EQ(readFile(dir.file("blender.sh.args")),
-              "-b|--python-exit-code|1|--python-expr|import addon_utils, bpy; "
-              "addon_utils.check('neqbridge_blender')[1] or "
-              "addon_utils.enable('neqbridge_blender', default_set=False); "
-              "bpy.ops.neqbridge.receive()|");
+    for (int i = 0; i < 1000 && !fileExists(dir.file("blender.sh.args")); ++i)
+        ::usleep(10000);
+    EXPECT_EQ(readFile(dir.file("blender.sh.args")), receiveStep);
+    run = runTool(send + " --app Blender --background", false, env);
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(readFile(dir.file("blender.sh.args")), "-b|--python-exit-code|1|" + receiveStep);
     EXPECT_EQ(readFile(project + "head.v2.NeQ"), mesh);
     EXPECT_EQ(readFile(dir.file("NeQBrush/NeQ_ObjectPath.txt")), project + "head.v2.NeQ\n");
 
@@ -187,8 +194,8 @@ TEST(BridgeCommand, SendsToAnApplicationAndReceivesWhatComesBack) {
     EXPECT_EQ(readFile(dir.file("back/edited.NeQ")), "edited");
 
     writeFile(dir.file("blender.sh.fails"), "");
-    const std::string send = "bridge send " + dir.file("head.v2.NeQ");
     expectRuns({{send + " --app Blender --background", 1, "did not import"},
+                {send + " --app Blender", 0, "started Blender"}, // how it ends is not awaited
                 {send + " --app Maya", 2, "unknown application 'Maya'"},
                 {send, 2, "send needs --app APP"},
                 {"bridge register-app", 2, "missing APP"},
