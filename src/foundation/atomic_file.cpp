@@ -4,6 +4,7 @@
 #include "platform/memory_hints.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -104,6 +105,26 @@ bool RegularFile::readAt(std::uint64_t offset, void* out, std::size_t size,
         }
         offset += got, bytes += got, size -= got;
     }
+    return true;
+}
+
+MappedFile::~MappedFile() {
+    if (data_) ::munmap(data_, size_);
+}
+
+bool mapRegularFile(const char* path, MappedFile& file, std::string& reason) {
+    if (file.data_) ::munmap(file.data_, file.size_);
+    file.data_ = nullptr;
+    file.size_ = 0;
+    RegularFile opened;
+    if (!openRegularFile(path, opened, reason)) return false;
+    if (opened.size() == 0) return true; // nothing to map
+    void* data = ::mmap(nullptr, static_cast<std::size_t>(opened.size()), PROT_READ, MAP_PRIVATE,
+                        opened.descriptor(), 0);
+    if (data == MAP_FAILED) return fail(reason);
+    ::madvise(data, static_cast<std::size_t>(opened.size()), MADV_SEQUENTIAL | MADV_WILLNEED);
+    file.data_ = static_cast<char*>(data);
+    file.size_ = static_cast<std::size_t>(opened.size());
     return true;
 }
 

@@ -65,6 +65,27 @@ class RegularFile {
 // Opens a regular file for reading, refusing anything else as readRegularFile does.
 bool openRegularFile(const char* path, RegularFile& file, std::string& reason);
 
+// A regular file's bytes mapped into memory, read only: for large files that are
+// scanned once, where reading them would first clear and then fill as much memory.
+// Another process that shortens the file meanwhile makes reading past its new end fail,
+// so only files the program itself is not changing belong here.
+class MappedFile {
+  public:
+    MappedFile() = default;
+    MappedFile(const MappedFile&) = delete;
+    MappedFile& operator=(const MappedFile&) = delete;
+    ~MappedFile();
+    std::string_view view() const { return {data_, size_}; }
+
+  private:
+    friend bool mapRegularFile(const char* path, MappedFile& file, std::string& reason);
+    char* data_ = nullptr;
+    std::size_t size_ = 0;
+};
+
+// Maps a regular file whole, refusing anything else as readRegularFile does.
+bool mapRegularFile(const char* path, MappedFile& file, std::string& reason);
+
 // Makes `bytes` the content of the file at `path`. A symbolic link keeps pointing where
 // it did; its target is what is replaced. An existing target must be a regular file
 // that can be opened for writing (tried without truncating it). The bytes go to a

@@ -14,6 +14,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -89,6 +90,9 @@ Mesh readNeq(std::string_view bytes, const std::string& name);
 // The same from an open file, read block by block (FileError when a read fails).
 Mesh readNeqFile(const files::RegularFile& file, const std::string& path);
 std::string writeNeq(const Mesh& mesh);
+// The same bytes handed to `put` piece by piece, for writing straight to a file; false
+// as soon as `put` is. Throws as writeNeq before the first piece.
+bool writeNeqTo(const Mesh& mesh, const std::function<bool(const void*, std::size_t)>& put);
 
 // Wavefront OBJ in memory.
 Mesh readObj(std::string_view text, const std::string& name, ReadReport* report = nullptr);

@@ -3,8 +3,10 @@
 #include "interchange/mesh.h"
 
 #include "foundation/atomic_file.h"
+#include "foundation/vd_disk_server_internal.h"
 
 #include <cerrno>
+#include <exception>
 
 namespace neq::interchange {
 
@@ -36,8 +38,8 @@ Mesh readMeshFile(const std::string& path, ReadReport* report) {
             throw FileError(path, errno, reason);
         return readNeqFile(file, path);
     }
-    files::FileBytes bytes;
-    if (!files::readRegularFile(path.c_str(), bytes, reason)) throw FileError(path, errno, reason);
+    files::MappedFile bytes; // scanned once: mapped, not copied
+    if (!files::mapRegularFile(path.c_str(), bytes, reason)) throw FileError(path, errno, reason);
     switch (format) {
     case Format::obj:
         return readObj(bytes.view(), path, report);
@@ -52,9 +54,25 @@ Mesh readMeshFile(const std::string& path, ReadReport* report) {
 
 void writeMeshFile(const std::string& path, const Mesh& mesh, const WriteOptions& options) {
     switch (formatOrFail(path)) {
-    case Format::neq:
-        replaceOrFail(path, writeNeq(mesh));
+    case Format::neq: { // written straight from the arrays, with no copy of the file
+        std::string reason;
+        std::exception_ptr refused; // a mesh the format cannot hold: no file is left behind
+        errno = 0;
+        const auto write = [&mesh, &refused](int fd) {
+            try {
+                return writeNeqTo(mesh, [fd](const void* data, std::size_t size) {
+                    return diskserver::writeAll(fd, static_cast<const char*>(data), size);
+                });
+            } catch (...) {
+                refused = std::current_exception();
+                return false;
+            }
+        };
+        const bool written = files::replaceFile(path.c_str(), write, reason);
+        if (refused) std::rethrow_exception(refused);
+        if (!written) throw FileError(path, errno, reason);
         return;
+    }
     case Format::obj:
         replaceOrFail(path, writeObj(mesh));
         return;

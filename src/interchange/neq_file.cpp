@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <functional>
 
 namespace neq::interchange {
 
@@ -272,29 +273,91 @@ class Reader {
     Records vertices_, faces_, uvs_, colours_, groups_;
 };
 
-// Appends a block header and leaves room for `count` records.
-std::uint8_t* appendBlock(std::string& out, std::uint32_t tag, std::size_t count) {
-    const std::size_t recordBytes = count * mf::recordSizeOf(tag);
-    const std::size_t start = out.size();
-    out.resize(start + mf::kBlockHeaderSize + recordBytes);
-    auto* p = reinterpret_cast<std::uint8_t*>(&out[start]);
-    mf::storeU32(p, tag);
-    mf::storeU32(p + mf::kBlockLengthOffset,
-                 static_cast<std::uint32_t>(mf::kBlockHeaderSize + recordBytes));
-    mf::storeU32(p + mf::kBlockCountOffset, static_cast<std::uint32_t>(count));
-    mf::storeU32(p + 12, 0);
-    return p + mf::kBlockHeaderSize;
+// Emits a block header for `count` records of the tag's size.
+template <class Put> void putBlockHeader(Put& put, std::uint32_t tag, std::size_t count) {
+    std::uint8_t h[mf::kBlockHeaderSize] = {};
+    mf::storeU32(h, tag);
+    mf::storeU32(h + mf::kBlockLengthOffset,
+                 static_cast<std::uint32_t>(mf::kBlockHeaderSize + count * mf::recordSizeOf(tag)));
+    mf::storeU32(h + mf::kBlockCountOffset, static_cast<std::uint32_t>(count));
+    put(h, sizeof h);
 }
 
-void storeWords(std::uint8_t* out, const void* in, std::size_t words) {
-    if (words == 0) return;
+// Emits `count` records of `size` bytes, each made by `make(index, out)`, a
+// cache-sized run at a time.
+template <class Put, class Make>
+void putRecords(Put& put, std::size_t count, std::size_t size, Make make) {
+    constexpr std::size_t kRun = 1 << 16; // bytes
+    std::uint8_t run[kRun];
+    const std::size_t perRun = kRun / size;
+    for (std::size_t first = 0; first < count; first += perRun) {
+        const std::size_t n = std::min(perRun, count - first);
+        for (std::size_t i = 0; i < n; ++i)
+            make(first + i, run + i * size);
+        put(run, n * size);
+    }
+}
+
+// Four-byte values as they stand in memory when that is the file's byte order.
+template <class Put, class T> void putWords(Put& put, const std::vector<T>& values) {
     if (kLittleEndian) {
-        std::memcpy(out, in, words * 4);
+        if (!values.empty()) put(values.data(), values.size() * 4);
         return;
     }
-    const auto* w = static_cast<const std::uint32_t*>(in);
-    for (std::size_t i = 0; i < words; ++i)
-        mf::storeU32(out + 4 * i, w[i]);
+    putRecords(put, values.size(), 4, [&values](std::size_t i, std::uint8_t* out) {
+        std::uint32_t bits;
+        std::memcpy(&bits, &values[i], 4);
+        mf::storeU32(out, bits);
+    });
+}
+
+// The chain the host reads: vertex, face, UV, colour and group blocks, then 16 zero
+// bytes, handed to `put(data, size)` piece by piece.
+template <class Put> void emitNeq(const Mesh& mesh, Put put) {
+    const std::size_t vertices = mesh.vertexCount();
+    const std::size_t faces = mesh.faceCount();
+    put(mesh.neqHeader.data(), mesh.neqHeader.size());
+    putBlockHeader(put, mf::kVertexTag, vertices);
+    putWords(put, mesh.positions);
+    putBlockHeader(put, mf::kFaceTag, faces);
+    putRecords(put, faces, mf::kFaceRecordSize, [&mesh](std::size_t face, std::uint8_t* out) {
+        const std::int32_t* f = &mesh.faces[face * 4];
+        for (int c = 0; c < 4; ++c) // any negative fourth index is -1
+            mf::storeU32(out + 4 * c, static_cast<std::uint32_t>(c == 3 && f[3] < 0 ? -1 : f[c]));
+    });
+    if (!mesh.uvs.empty()) {
+        putBlockHeader(put, mf::kUvTag, faces);
+        putWords(put, mesh.uvs);
+    }
+    if (!mesh.colors.empty()) {
+        putBlockHeader(put, mf::kColourTag, vertices);
+        putRecords(put, vertices, mf::kColourRecordSize, [&mesh](std::size_t v, std::uint8_t* out) {
+            const std::uint8_t* c = &mesh.colors[v * 3];
+            out[0] = c[2]; // stored blue, green, red
+            out[1] = c[1];
+            out[2] = c[0];
+            out[3] = 0;
+        });
+    }
+    if (!mesh.groups.empty()) {
+        putBlockHeader(put, mf::kGroupTag, faces);
+        putRecords(put, faces, mf::kGroupRecordSize, [&mesh](std::size_t face, std::uint8_t* out) {
+            const auto id = static_cast<std::uint16_t>(mesh.groups[face]);
+            out[0] = static_cast<std::uint8_t>(id);
+            out[1] = static_cast<std::uint8_t>(id >> 8);
+        });
+    }
+    const std::uint8_t end[mf::kBlockHeaderSize] = {};
+    put(end, sizeof end);
+}
+
+void requireNeqSize(const Mesh& mesh) {
+    validate(mesh);
+    const std::size_t vertices = mesh.vertexCount();
+    const std::size_t faces = mesh.faceCount();
+    if (vertices > UINT32_MAX / mf::kVertexRecordSize || faces > UINT32_MAX / mf::kUvRecordSize)
+        throw std::invalid_argument("mesh too large for a NeQ file: " + std::to_string(vertices) +
+                                    " vertices, " + std::to_string(faces) + " faces");
 }
 
 } // namespace
@@ -308,44 +371,22 @@ Mesh readNeqFile(const files::RegularFile& file, const std::string& path) {
 }
 
 std::string writeNeq(const Mesh& mesh) {
-    validate(mesh);
-    const std::size_t vertices = mesh.vertexCount();
-    const std::size_t faces = mesh.faceCount();
-    if (vertices > UINT32_MAX / mf::kVertexRecordSize || faces > UINT32_MAX / mf::kUvRecordSize)
-        throw std::invalid_argument("mesh too large for a NeQ file: " + std::to_string(vertices) +
-                                    " vertices, " + std::to_string(faces) + " faces");
+    requireNeqSize(mesh);
     std::string out;
-    platform::reserveLarge(out, mf::kFileHeaderSize + 6 * mf::kBlockHeaderSize + vertices * 16 +
-                                    faces * 50);
-    out.append(reinterpret_cast<const char*>(mesh.neqHeader.data()), mesh.neqHeader.size());
-    storeWords(appendBlock(out, mf::kVertexTag, vertices), mesh.positions.data(),
-               mesh.positions.size());
-    std::uint8_t* faceRecords = appendBlock(out, mf::kFaceTag, faces);
-    storeWords(faceRecords, mesh.faces.data(), mesh.faces.size());
-    for (std::size_t face = 0; face < faces; ++face) // any negative fourth index is -1
-        if (mesh.isTriangle(face)) mf::storeU32(faceRecords + face * 16 + 12, 0xFFFFFFFFu);
-    if (!mesh.uvs.empty())
-        storeWords(appendBlock(out, mf::kUvTag, faces), mesh.uvs.data(), mesh.uvs.size());
-    if (!mesh.colors.empty()) {
-        std::uint8_t* p = appendBlock(out, mf::kColourTag, vertices);
-        const std::uint8_t* c = mesh.colors.data();
-        for (std::size_t i = 0; i < vertices; ++i, p += 4, c += 3) {
-            p[0] = c[2];
-            p[1] = c[1];
-            p[2] = c[0];
-            p[3] = 0;
-        }
-    }
-    if (!mesh.groups.empty()) {
-        std::uint8_t* p = appendBlock(out, mf::kGroupTag, faces);
-        for (std::size_t i = 0; i < faces; ++i, p += 2) {
-            const auto id = static_cast<std::uint16_t>(mesh.groups[i]);
-            p[0] = static_cast<std::uint8_t>(id);
-            p[1] = static_cast<std::uint8_t>(id >> 8);
-        }
-    }
-    out.append(mf::kBlockHeaderSize, '\0');
+    platform::reserveLarge(out, mf::kFileHeaderSize + 6 * mf::kBlockHeaderSize +
+                                    mesh.vertexCount() * 16 + mesh.faceCount() * 50);
+    emitNeq(mesh, [&out](const void* data, std::size_t size) {
+        out.append(static_cast<const char*>(data), size);
+    });
     return out;
+}
+
+bool writeNeqTo(const Mesh& mesh, const std::function<bool(const void*, std::size_t)>& put) {
+    requireNeqSize(mesh);
+    bool written = true;
+    emitNeq(mesh,
+            [&](const void* data, std::size_t size) { written = written && put(data, size); });
+    return written;
 }
 
 } // namespace neq::interchange

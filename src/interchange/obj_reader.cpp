@@ -32,14 +32,16 @@ struct Line {
         while (p < end && isBlank(*p))
             ++p;
     }
+    // A '#' starts a comment that runs to the end of the line.
     bool atEnd() {
         skipBlanks();
+        if (p < end && *p == '#') p = end;
         return p == end;
     }
     std::string_view token() {
         skipBlanks();
         const char* first = p;
-        while (p < end && !isBlank(*p))
+        while (p < end && !isBlank(*p) && *p != '#')
             ++p;
         return {first, static_cast<std::size_t>(p - first)};
     }
@@ -68,8 +70,7 @@ class ObjReader {
         while (p < end) {
             const char* newline = static_cast<const char*>(std::memchr(p, '\n', end - p));
             const char* lineEnd = newline ? newline : end;
-            const char* hash = static_cast<const char*>(std::memchr(p, '#', lineEnd - p));
-            Line line{p, p, hash ? hash : lineEnd};
+            Line line{p, p, lineEnd};
             statement(line);
             p = newline ? newline + 1 : end;
         }
@@ -141,7 +142,8 @@ class ObjReader {
         if (first < line.end && *first == '+') ++first;
         float value = 0;
         const fast_float::from_chars_result result = fast_float::from_chars(first, line.end, value);
-        if (result.ec != std::errc() || (result.ptr < line.end && !isBlank(*result.ptr))) {
+        if (result.ec != std::errc() ||
+            (result.ptr < line.end && !isBlank(*result.ptr) && *result.ptr != '#')) {
             const std::string_view bad = line.token();
             fail(line, std::string(statement) + ": '" + std::string(bad) + "' is not a number");
         }
@@ -192,7 +194,7 @@ class ObjReader {
     // together, written "object/group/material" with the names not given left out.
     void name(Line& line, int kind) {
         line.skipBlanks();
-        const char* last = line.end;
+        const char* last = std::find(line.p, line.end, '#');
         while (last > line.p && isBlank(last[-1]))
             --last;
         current_[kind].assign(line.p, static_cast<std::size_t>(last - line.p));

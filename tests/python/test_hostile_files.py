@@ -32,8 +32,10 @@ def run_batch(tmp_path, extension, contents):
         path = tmp_path / f"hostile{n}{extension}"
         path.write_bytes(content)
         paths.append(str(path))
+    package_folder = os.path.dirname(os.path.dirname(os.path.abspath(neqbridge.__file__)))
+    env = dict(os.environ, PYTHONPATH=package_folder)
     done = subprocess.run([sys.executable, os.path.join(HERE, "hostile_batch.py"), *paths],
-                          capture_output=True, text=True, cwd=tmp_path)
+                          capture_output=True, text=True, cwd=tmp_path, env=env)
     assert done.returncode == 0, done.stderr[-2000:]
     assert done.stdout.startswith(f"{len(paths)} files")
 
