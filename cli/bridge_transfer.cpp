@@ -7,6 +7,7 @@
 #include "bridge/path_entry.h"
 #include "foundation/atomic_file.h"
 #include "foundation/vd_disk_server.h"
+#include "foundation/whole_file.h"
 #ifdef NEQBRIDGE_INTERCHANGE
 #include "interchange/mesh.h"
 #endif
