@@ -26,6 +26,20 @@ interchange::Transform transformOf(const ParsedArgs& parsed) {
     return transform;
 }
 
+OutputKind kindOf(interchange::Format format) {
+    switch (format) {
+    case interchange::Format::neq:
+        return OutputKind::neqMesh;
+    case interchange::Format::obj:
+        return OutputKind::objText;
+    case interchange::Format::glb:
+        return OutputKind::glbMesh;
+    case interchange::Format::gltf:
+        break;
+    }
+    return OutputKind::gltfText;
+}
+
 std::string countOf(std::size_t count, const char* one, const char* many) {
     return std::to_string(count) + " " + (count == 1 ? one : many);
 }
@@ -45,6 +59,7 @@ int run(const std::vector<std::string>& args) {
     refuseOutputNamingAnInput(outPath, {inPath});
     if (options.gltfSideBuffer)
         refuseOutputNamingAnInput(interchange::sideBufferPath(outPath), {inPath});
+    refuseOutputOfAnotherKind(outPath, kindOf(outFormat), parsed.has("--force"));
 
     interchange::ReadReport report;
     interchange::Mesh mesh = readMeshOrFail(inPath, &report);
@@ -77,7 +92,7 @@ const Command kConvertCommand = {
     "convert",
     "convert a mesh between NeQ, OBJ and glTF",
     "IN OUT [--up y|z] [--flip-x] [--flip-y] [--flip-z] [--flip-normals] [--no-groups] "
-    "[--no-colors] [--no-uvs] [--side-buffer]",
+    "[--no-colors] [--no-uvs] [--side-buffer] [--force]",
     "Reads the mesh IN and writes it to OUT, each in the format its extension names: .NeQ, "
     ".obj, .glb or .gltf. Positions, faces (triangles and quads), UVs, vertex colours and "
     "polygroups are kept: OBJ carries colours after the position and polygroups as groups "
@@ -96,7 +111,8 @@ const Command kConvertCommand = {
      {"--no-groups", nullptr, "leave the polygroups out"},
      {"--no-colors", nullptr, "leave the vertex colours out"},
      {"--no-uvs", nullptr, "leave the UVs out"},
-     {"--side-buffer", nullptr, "a .gltf output keeps its data in OUT's name with .bin"}},
+     {"--side-buffer", nullptr, "a .gltf output keeps its data in OUT's name with .bin"},
+     {"--force", nullptr, "replace OUT even when it is not a file of OUT's format"}},
     run,
 };
 

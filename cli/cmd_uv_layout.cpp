@@ -18,6 +18,7 @@ int run(const std::vector<std::string>& args) {
     const std::string& outPath = parsed.positional[1];
     formatOrUsageError(inPath);
     refuseOutputNamingAnInput(outPath, {inPath});
+    refuseOutputOfAnotherKind(outPath, OutputKind::svgPicture, parsed.has("--force"));
 
     const interchange::Mesh mesh = readMeshOrFail(inPath);
     if (mesh.uvs.empty()) throw Failure("no UV layout: " + quoted(inPath) + " has no UVs");
@@ -34,7 +35,7 @@ int run(const std::vector<std::string>& args) {
 const Command kUvLayoutCommand = {
     "uv-layout",
     "draw a mesh's UV layout as an SVG picture",
-    "FILE OUT.svg",
+    "FILE OUT.svg [--force]",
     "Draws the UV layout of the mesh FILE (.NeQ, .obj, .glb or .gltf) into OUT.svg, a "
     "standalone SVG picture that a browser shows as it is: every UV tile that holds a face "
     "as a unit square labelled with its tile name (as `tiles` lists them), every face "
@@ -42,7 +43,7 @@ const Command kUvLayoutCommand = {
     "large meshes: one path per polygroup.",
     {{"FILE", "the mesh whose UVs are drawn"},
      {"OUT.svg", "the picture; created, or replaced once it is complete"}},
-    {},
+    {{"--force", nullptr, "replace OUT.svg even when it is not an SVG picture"}},
     run,
 };
 

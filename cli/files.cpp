@@ -121,6 +121,12 @@ const char* kindName(OutputKind kind) {
         return "a NeQ mesh file";
     case OutputKind::mayaScene:
         return "a Maya ASCII scene";
+    case OutputKind::glbMesh:
+        return "a glb file";
+    case OutputKind::gltfText:
+        return "a glTF file";
+    case OutputKind::svgPicture:
+        return "an SVG picture";
     }
     return "";
 }
@@ -133,7 +139,10 @@ bool looksLike(std::string_view head, OutputKind kind) {
                meshfile::recordSizeOf(
                    meshfile::assembleU32(byte(32), byte(33), byte(34), byte(35))) != 0;
     }
+    if (kind == OutputKind::glbMesh) return head.rfind("glTF", 0) == 0;
     if (head.find('\0') != std::string_view::npos) return false;
+    if (kind == OutputKind::gltfText) return head.front() == '{';
+    if (kind == OutputKind::svgPicture) return head.front() == '<';
     if (kind == OutputKind::mayaScene) return head.rfind("//Maya ASCII", 0) == 0;
     if (kind == OutputKind::colourText) return head.front() == '#';
     return std::strchr("#vfogsmu\r\n", head.front()) != nullptr;

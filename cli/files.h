@@ -36,7 +36,7 @@ bool isFolder(const std::string& path);
 void makeFolders(const std::string& path);
 
 // What a command writes, for the check below.
-enum class OutputKind { objText, colourText, neqMesh, mayaScene };
+enum class OutputKind { objText, colourText, neqMesh, mayaScene, glbMesh, gltfText, svgPicture };
 
 // Fails when `output` is an existing file of another kind than the command writes (a
 // mesh where OBJ text would go, notes where a scene would go), unless `force`: such a

@@ -5,6 +5,7 @@
 #include "bindings.h"
 
 #include "interchange/mesh.h"
+#include "platform/memory_hints.h"
 
 #include <pybind11/numpy.h>
 #include <pybind11/stl.h>
@@ -47,6 +48,7 @@ py::tuple arraysOf(Mesh&& mesh) {
 template <class T> void fill(std::vector<T>& values, const py::object& array) {
     if (array.is_none()) return;
     const auto data = py::cast<py::array_t<T, py::array::c_style>>(array);
+    platform::reserveLarge(values, static_cast<std::size_t>(data.size()));
     values.assign(data.data(), data.data() + data.size());
 }
 

@@ -93,21 +93,6 @@ bool openRegularFile(const char* path, RegularFile& file, std::string& reason) {
     return true;
 }
 
-bool RegularFile::readAt(std::uint64_t offset, void* out, std::size_t size,
-                         std::string& reason) const {
-    auto* bytes = static_cast<char*>(out);
-    while (size > 0) {
-        std::size_t got = 0;
-        if (!readSome(*this, offset, bytes, size, got, reason)) return false;
-        if (got == 0) {
-            reason = "the file became shorter while it was read";
-            return false;
-        }
-        offset += got, bytes += got, size -= got;
-    }
-    return true;
-}
-
 MappedFile::~MappedFile() {
     if (data_) ::munmap(data_, size_);
 }
@@ -119,12 +104,19 @@ bool mapRegularFile(const char* path, MappedFile& file, std::string& reason) {
     RegularFile opened;
     if (!openRegularFile(path, opened, reason)) return false;
     if (opened.size() == 0) return true; // nothing to map
-    void* data = ::mmap(nullptr, static_cast<std::size_t>(opened.size()), PROT_READ, MAP_PRIVATE,
-                        opened.descriptor(), 0);
+    const auto size = static_cast<std::size_t>(opened.size());
+#ifdef MAP_POPULATE
+    const int flags = MAP_PRIVATE | MAP_POPULATE; // map every page now, not fault by fault
+#else
+    const int flags = MAP_PRIVATE;
+#endif
+    void* data = ::mmap(nullptr, size, PROT_READ, flags, opened.descriptor(), 0);
     if (data == MAP_FAILED) return fail(reason);
-    ::madvise(data, static_cast<std::size_t>(opened.size()), MADV_SEQUENTIAL | MADV_WILLNEED);
+#ifndef MAP_POPULATE
+    ::posix_madvise(data, size, POSIX_MADV_WILLNEED);
+#endif
     file.data_ = static_cast<char*>(data);
-    file.size_ = static_cast<std::size_t>(opened.size());
+    file.size_ = size;
     return true;
 }
 

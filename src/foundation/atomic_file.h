@@ -40,8 +40,7 @@ class FileBytes {
 // The same, into FileBytes.
 bool readRegularFile(const char* path, FileBytes& bytes, std::string& reason);
 
-// A regular file opened for reading in pieces: for readers that take a file a block at a
-// time straight into their own arrays, without a copy of the whole file first.
+// A regular file opened for reading: what the whole-file reads and maps stand on.
 class RegularFile {
   public:
     RegularFile() = default;
@@ -52,9 +51,6 @@ class RegularFile {
     // The size the file had when it was opened.
     std::uint64_t size() const { return size_; }
     int descriptor() const { return fd_; }
-    // Reads exactly `size` bytes at `offset`. False with the reason in words; "the file
-    // became shorter while it was read" when it ends before them.
-    bool readAt(std::uint64_t offset, void* out, std::size_t size, std::string& reason) const;
 
   private:
     friend bool openRegularFile(const char* path, RegularFile& file, std::string& reason);

@@ -30,8 +30,11 @@ class GltfReader {
     Mesh read() {
         if (model_.meshes.empty()) fail("the file holds no mesh");
         const tinygltf::Mesh& mesh = model_.meshes[0];
-        const tinygltf::Value& own = mesh.extras.Get(gltf::kExtrasKey);
-        if (own.IsObject() && !mesh.primitives.empty()) return readOwn(mesh, own);
+        // Value::Get asserts an object: extras are often absent or of another type.
+        if (mesh.extras.IsObject() && mesh.extras.Has(gltf::kExtrasKey)) {
+            const tinygltf::Value& own = mesh.extras.Get(gltf::kExtrasKey);
+            if (own.IsObject() && !mesh.primitives.empty()) return readOwn(mesh, own);
+        }
         return readPrimitives(mesh);
     }
 
@@ -127,8 +130,8 @@ class GltfReader {
 
     // Indices are read exactly, not through floats.
     std::vector<std::uint32_t> indices(int index, std::size_t vertices) const {
-        const tinygltf::Accessor& accessor = model_.accessors.at(static_cast<std::size_t>(index));
-        const std::vector<float> asFloats = floats(index, "indices", 1);
+        const std::vector<float> asFloats = floats(index, "indices", 1); // checks the index
+        const tinygltf::Accessor& accessor = model_.accessors[static_cast<std::size_t>(index)];
         std::vector<std::uint32_t> out(asFloats.size());
         if (accessor.componentType == TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT) {
             const std::string_view bytes = viewBytes(accessor.bufferView, "indices");

@@ -21,10 +21,6 @@
 #include <string_view>
 #include <vector>
 
-namespace neq::files {
-class RegularFile;
-}
-
 namespace neq::interchange {
 
 struct Mesh {
@@ -87,8 +83,6 @@ struct ReadReport {
 
 // NeQ in memory. `name` is what errors call the file.
 Mesh readNeq(std::string_view bytes, const std::string& name);
-// The same from an open file, read block by block (FileError when a read fails).
-Mesh readNeqFile(const files::RegularFile& file, const std::string& path);
 std::string writeNeq(const Mesh& mesh);
 // The same bytes handed to `put` piece by piece, for writing straight to a file; false
 // as soon as `put` is. Throws as writeNeq before the first piece.

@@ -32,22 +32,16 @@ Mesh readMeshFile(const std::string& path, ReadReport* report) {
     const Format format = formatOrFail(path);
     std::string reason;
     errno = 0;
-    if (format == Format::neq) { // read block by block, straight into the arrays
-        files::RegularFile file;
-        if (!files::openRegularFile(path.c_str(), file, reason))
-            throw FileError(path, errno, reason);
-        return readNeqFile(file, path);
-    }
     files::MappedFile bytes; // scanned once: mapped, not copied
     if (!files::mapRegularFile(path.c_str(), bytes, reason)) throw FileError(path, errno, reason);
     switch (format) {
+    case Format::neq:
+        return readNeq(bytes.view(), path);
     case Format::obj:
         return readObj(bytes.view(), path, report);
     case Format::glb:
     case Format::gltf:
         return readGltf(bytes.view(), path, report);
-    case Format::neq:
-        break; // read above
     }
     throw FileError(path, EINVAL, "unknown format");
 }

@@ -2,7 +2,6 @@
 
 #include "interchange/mesh.h"
 
-#include "foundation/atomic_file.h"
 #include "meshfile/field_readers.h"
 #include "meshfile/neq_format.h"
 #include "platform/memory_hints.h"
@@ -50,40 +49,38 @@ struct Records {
     bool present = false;
 };
 
-// Where the reader takes bytes from: a buffer, or a file read a block at a time straight
-// into the mesh's arrays (no copy of the whole file first).
+// The bytes the reader takes its fields from.
 class Source {
   public:
     explicit Source(std::string_view bytes) : data_(bytes.data()), size_(bytes.size()) {}
-    Source(const files::RegularFile& file, const std::string& path)
-        : file_(&file), size_(file.size()), path_(&path) {}
 
     std::uint64_t size() const { return size_; }
+    const char* at(std::uint64_t offset) const { return data_ + offset; }
 
     // [offset, offset + size) lies inside the file: the reader checks it first.
     void read(std::uint64_t offset, void* out, std::size_t size) const {
         if (size == 0) return; // an empty array's data() may be null, which memcpy must not get
-        if (data_) {
-            std::memcpy(out, data_ + offset, size);
-            return;
-        }
-        std::string reason;
-        errno = 0;
-        if (!file_->readAt(offset, out, size, reason)) throw FileError(*path_, errno, reason);
+        std::memcpy(out, data_ + offset, size);
     }
 
   private:
-    const char* data_ = nullptr;
-    const files::RegularFile* file_ = nullptr;
+    const char* data_;
     std::uint64_t size_;
-    const std::string* path_ = nullptr;
 };
 
 // `count` four-byte little-endian records into `out`, which is given large pages first.
+// Aligned records on a little-endian machine are taken in one copy, without clearing
+// the memory first.
 template <class T>
 void readWords(const Source& source, std::uint64_t offset, std::vector<T>& out, std::size_t count) {
     static_assert(sizeof(T) == 4, "four-byte records");
     platform::reserveLarge(out, count);
+    const char* in = source.at(offset);
+    if (kLittleEndian && count != 0 && reinterpret_cast<std::uintptr_t>(in) % alignof(T) == 0) {
+        const T* first = reinterpret_cast<const T*>(in);
+        out.assign(first, first + count);
+        return;
+    }
     out.resize(count);
     source.read(offset, out.data(), count * 4);
     if (kLittleEndian) return;
@@ -364,10 +361,6 @@ void requireNeqSize(const Mesh& mesh) {
 
 Mesh readNeq(std::string_view bytes, const std::string& name) {
     return Reader(Source(bytes), name).read();
-}
-
-Mesh readNeqFile(const files::RegularFile& file, const std::string& path) {
-    return Reader(Source(file, path), path).read();
 }
 
 std::string writeNeq(const Mesh& mesh) {

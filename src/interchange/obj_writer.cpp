@@ -3,11 +3,13 @@
 
 #include "interchange/mesh.h"
 
+#include "platform/memory_hints.h"
 #include "uvmerge/text_out.h"
 
 #include <charconv>
 #include <cstring>
-#include <unordered_map>
+#include <utility>
+#include <vector>
 
 namespace neq::interchange {
 
@@ -24,24 +26,72 @@ char* putIndex(char* out, std::size_t index) {
     return std::to_chars(out, out + 20, index).ptr;
 }
 
+// " c/255" for every colour value, in the shortest form that reads back to the float.
+struct ColourTexts {
+    char text[256][kMaxFloatChars + 1] = {};
+    std::uint8_t size[256] = {};
+    ColourTexts() {
+        for (int c = 0; c < 256; ++c)
+            size[c] = static_cast<std::uint8_t>(putFloat(text[c], c / 255.0f) - text[c]);
+    }
+};
+
+char* putColour(char* out, std::uint8_t value) {
+    static const ColourTexts texts;
+    std::memcpy(out, texts.text[value], kMaxFloatChars);
+    return out + texts.size[value];
+}
+
 std::uint64_t bitsOf(const float* uv) {
     std::uint64_t key;
     std::memcpy(&key, uv, sizeof key);
     return key;
 }
 
+// UV values to their numbers: open addressing over the values' bits, sized for every
+// corner at once, so a million faces never rehash or allocate per entry.
+class UvNumbers {
+  public:
+    explicit UvNumbers(std::size_t most) {
+        std::size_t capacity = 16;
+        while (capacity < most * 2)
+            capacity *= 2;
+        platform::reserveLarge(keys_, capacity);
+        keys_.resize(capacity);
+        platform::reserveLarge(numbers_, capacity);
+        numbers_.assign(capacity, 0);
+        mask_ = capacity - 1;
+    }
+    // The number of `key`, and whether it is new (numbered count() + 1).
+    std::pair<std::uint32_t, bool> find(std::uint64_t key) {
+        std::size_t slot = (key * 0x9E3779B97F4A7C15ull) >> 20 & mask_;
+        while (numbers_[slot] != 0) {
+            if (keys_[slot] == key) return {numbers_[slot], false};
+            slot = (slot + 1) & mask_;
+        }
+        keys_[slot] = key;
+        numbers_[slot] = ++count_;
+        return {count_, true};
+    }
+
+  private:
+    std::vector<std::uint64_t> keys_;
+    std::vector<std::uint32_t> numbers_; // 0: a free slot
+    std::size_t mask_ = 0;
+    std::uint32_t count_ = 0;
+};
+
 // One texture coordinate per distinct value (by its bits, so -0 and 0 stay apart),
 // numbered from 1 in the order the faces meet them; one number per face corner.
 std::vector<std::uint32_t> numberUvs(const Mesh& mesh, uvmerge::TextOut& text) {
     std::vector<std::uint32_t> numbers(mesh.faceCount() * 4, 0);
     if (mesh.uvs.empty()) return numbers;
-    std::unordered_map<std::uint64_t, std::uint32_t> numberOf;
-    numberOf.reserve(mesh.faceCount() * 2);
+    UvNumbers numberOf(mesh.faceCount() * 4);
     for (std::size_t face = 0; face < mesh.faceCount(); ++face) {
         const int corners = mesh.isTriangle(face) ? 3 : 4;
         for (int corner = 0; corner < corners; ++corner) {
             const float* uv = &mesh.uvs[(face * 4 + static_cast<std::size_t>(corner)) * 2];
-            const auto found = numberOf.emplace(bitsOf(uv), numberOf.size() + 1);
+            const auto found = numberOf.find(bitsOf(uv));
             if (found.second) {
                 char* p = text.room(64);
                 std::memcpy(p, "vt", 2);
@@ -49,7 +99,7 @@ std::vector<std::uint32_t> numberUvs(const Mesh& mesh, uvmerge::TextOut& text) {
                 *p++ = '\n';
                 text.advance(p);
             }
-            numbers[face * 4 + static_cast<std::size_t>(corner)] = found.first->second;
+            numbers[face * 4 + static_cast<std::size_t>(corner)] = found.first;
         }
     }
     return numbers;
@@ -59,8 +109,9 @@ std::vector<std::uint32_t> numberUvs(const Mesh& mesh, uvmerge::TextOut& text) {
 
 std::string writeObj(const Mesh& mesh) {
     validate(mesh);
-    std::string out;
-    out.reserve(mesh.vertexCount() * 40 + mesh.faceCount() * 40);
+    std::string out; // large pages: filling a fresh string page by page costs more than the text
+    platform::reserveLarge(out, mesh.vertexCount() * (mesh.colors.empty() ? 40 : 75) +
+                                    mesh.faceCount() * (mesh.uvs.empty() ? 30 : 80));
     uvmerge::StringSink sink(out);
     uvmerge::TextOut text(sink);
     const bool colours = !mesh.colors.empty();
@@ -71,7 +122,7 @@ std::string writeObj(const Mesh& mesh) {
             p = putFloat(p, mesh.positions[v * 3 + static_cast<std::size_t>(axis)]);
         if (colours)
             for (int channel = 0; channel < 3; ++channel)
-                p = putFloat(p, mesh.colors[v * 3 + static_cast<std::size_t>(channel)] / 255.0f);
+                p = putColour(p, mesh.colors[v * 3 + static_cast<std::size_t>(channel)]);
         *p++ = '\n';
         text.advance(p);
     }

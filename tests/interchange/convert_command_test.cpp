@@ -67,6 +67,7 @@ TEST_F(ConvertCommand, RefusesAndFailsWithTheFileAndTheReason) {
     const std::string bad = dir.file("bad.obj"), missing = dir.file("none.obj");
     neq::test::writeFile(bad, "v 0 0 0\nf 1 1 1 1 9\n");
     neq::test::writeFile(dir.file("plain.obj"), "v 0 0 0\nv 1 0 0\nv 0 1 0\n");
+    neq::test::writeFile(dir.file("notes.glb"), "notes");
     expectRuns({
         {"convert " + neqPath, 2, "convert: missing OUT\nusage: neqbridge convert IN OUT"},
         {"convert " + neqPath + " x.txt", 2,
@@ -86,13 +87,20 @@ TEST_F(ConvertCommand, RefusesAndFailsWithTheFileAndTheReason) {
         {"convert " + dir.file("plain.obj") + " " + dir.file("x.glb"), 1,
          "convert: cannot write output '" + dir.file("x.glb") +
              "': faces: a glTF mesh needs at least one face\n"},
+        {"convert " + neqPath + " " + dir.file("notes.glb"), 1,
+         "convert: output '" + dir.file("notes.glb") +
+             "' exists and is not a glb file; it was "
+             "left as it is (give --force to replace it)\n"},
+        {"uv-layout " + neqPath + " " + dir.file("plain.obj"), 1,
+         "exists and is not an SVG picture"},
         {"convert " + neqPath + " " + dir.file("no/x.obj"), 1,
          "convert: cannot write output '" + dir.file("no/x.obj") +
              "': No such file or "
              "directory\n"},
     });
     EXPECT_EQ(neq::test::listFolder(dir.path()),
-              (std::vector<std::string>{"bad.obj", "in.NeQ", "plain.obj"}));
+              (std::vector<std::string>{"bad.obj", "in.NeQ", "notes.glb", "plain.obj"}));
+    EXPECT_EQ(runTool("convert -q --force " + neqPath + " " + dir.file("notes.glb")).exitCode, 0);
 }
 
 TEST_F(ConvertCommand, UvLayoutDrawsTilesOutlinesAndGroups) {

@@ -36,3 +36,25 @@ TEST(GltfFile, GlbAndGltfGiveBackTheQuadsVerticesAndGroups) {
 
 } // namespace
 } // namespace neq::interchange
+
+namespace neq::interchange {
+namespace {
+
+// assimp's glb of the first OBJ group of `sample.obj`: one primitive of two triangles,
+// colours as float RGBA, no neqbridge extras.
+TEST(GltfFile, AnotherProgramsPrimitivesBecomeTriangleGroups) {
+    const Mesh mesh = readGltf(neq::test::readTestData("interchange/assimp_sample.glb"), "a.glb");
+    const Mesh sample = test::sampleMesh();
+    EXPECT_EQ(mesh.positions,
+              std::vector<float>(sample.positions.begin(), sample.positions.begin() + 12));
+    EXPECT_EQ(mesh.colors,
+              std::vector<std::uint8_t>(sample.colors.begin(), sample.colors.begin() + 12));
+    EXPECT_EQ(mesh.faces, (std::vector<std::int32_t>{0, 1, 2, -1, 0, 2, 3, -1}));
+    EXPECT_EQ(mesh.groups, (std::vector<std::int16_t>{0, 0}));
+    EXPECT_EQ(mesh.uvs, (std::vector<float>{0, 0, 1, 0, 1, 1, 0, 0, 0, 0, 1, 1, 0, 1, 0, 0}));
+    EXPECT_THROW(readGltf("{\"asset\":{\"version\":\"2.0\"}}", "none.gltf"), FormatError);
+    EXPECT_THROW(readGltf("glTF\x02", "cut.glb"), FormatError);
+}
+
+} // namespace
+} // namespace neq::interchange

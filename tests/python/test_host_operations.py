@@ -8,7 +8,7 @@ import sys
 import pytest
 
 import neqbridge
-from conftest import CLI, DATA, run_tool
+from conftest import DATA, run_tool
 
 
 def test_obj_export_writes_what_the_tool_writes(demo, tmp_path):

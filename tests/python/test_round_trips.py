@@ -78,3 +78,18 @@ def test_a_side_buffer_is_for_gltf_only(demo, tmp_path):
     with pytest.raises(ValueError, match="gltf"):
         neqbridge.convert(demo / "base.NeQ", tmp_path / "m.glb", side_buffer=True)
     assert not (tmp_path / "m.glb").exists()
+
+
+def test_threads_read_and_write_side_by_side(demo, tmp_path):
+    from concurrent.futures import ThreadPoolExecutor
+
+    mesh = neqbridge.read(demo / "base.NeQ")
+
+    def round_trip(k):
+        path = tmp_path / f"copy{k}{FORMATS[k % len(FORMATS)]}"
+        neqbridge.write(path, mesh)
+        return neqbridge.read(path)
+
+    with ThreadPoolExecutor(4) as pool:
+        for got in pool.map(round_trip, range(16)):
+            assert_same_mesh(got, mesh, 1e-6)
