@@ -121,6 +121,17 @@ void BM_ReadNeq_FileBytes(benchmark::State& state) {
 }
 BENCHMARK(BM_ReadNeq_FileBytes)->Apply(timeWholeFiles);
 
+// The same into a string, cleared before the read as any owned array is.
+void BM_ReadNeq_FileBytesIntoString(benchmark::State& state) {
+    const Files& files = Files::get();
+    for (auto _ : state) {
+        std::string bytes, reason;
+        if (!files::readRegularFile(files.neq.c_str(), bytes, reason)) state.SkipWithError("read");
+        benchmark::DoNotOptimize(bytes.data());
+    }
+}
+BENCHMARK(BM_ReadNeq_FileBytesIntoString)->Apply(timeWholeFiles);
+
 void writeFromMemory(benchmark::State& state, const std::string& path, const std::string& bytes) {
     for (auto _ : state) {
         std::string reason;

@@ -91,6 +91,8 @@ bool writeNeqTo(const Mesh& mesh, const std::function<bool(const void*, std::siz
 // Wavefront OBJ in memory.
 Mesh readObj(std::string_view text, const std::string& name, ReadReport* report = nullptr);
 std::string writeObj(const Mesh& mesh);
+// The same text handed to `put` a large piece at a time; false as soon as `put` is.
+bool writeObjTo(const Mesh& mesh, const std::function<bool(const char*, std::size_t)>& put);
 
 // glTF 2.0 in memory. readGltf takes a .glb or a .gltf (told apart by the binary header);
 // a .gltf's side buffers are read from the folder of `name`. It reads the first mesh's

@@ -3,7 +3,7 @@
 #include "interchange/mesh.h"
 
 #include "foundation/atomic_file.h"
-#include "foundation/vd_disk_server_internal.h"
+#include "uvmerge/text_out.h"
 
 #include <cerrno>
 #include <exception>
@@ -24,6 +24,26 @@ void replaceOrFail(const std::string& path, std::string_view bytes) {
     std::string reason;
     errno = 0;
     if (!files::replaceFile(path.c_str(), bytes, reason)) throw FileError(path, errno, reason);
+}
+
+// Makes the file's content what `write` hands its sink, atomically. A mesh the format
+// cannot hold (an exception from `write`) leaves no file behind.
+template <class Write> void replaceWithOrFail(const std::string& path, Write write) {
+    std::string reason;
+    std::exception_ptr refused;
+    errno = 0;
+    const auto writeFile = [&write, &refused](int fd) {
+        try {
+            uvmerge::FileSink sink(fd);
+            return write(sink);
+        } catch (...) {
+            refused = std::current_exception();
+            return false;
+        }
+    };
+    const bool written = files::replaceFile(path.c_str(), writeFile, reason);
+    if (refused) std::rethrow_exception(refused);
+    if (!written) throw FileError(path, errno, reason);
 }
 
 } // namespace
@@ -48,27 +68,19 @@ Mesh readMeshFile(const std::string& path, ReadReport* report) {
 
 void writeMeshFile(const std::string& path, const Mesh& mesh, const WriteOptions& options) {
     switch (formatOrFail(path)) {
-    case Format::neq: { // written straight from the arrays, with no copy of the file
-        std::string reason;
-        std::exception_ptr refused; // a mesh the format cannot hold: no file is left behind
-        errno = 0;
-        const auto write = [&mesh, &refused](int fd) {
-            try {
-                return writeNeqTo(mesh, [fd](const void* data, std::size_t size) {
-                    return diskserver::writeAll(fd, static_cast<const char*>(data), size);
-                });
-            } catch (...) {
-                refused = std::current_exception();
-                return false;
-            }
-        };
-        const bool written = files::replaceFile(path.c_str(), write, reason);
-        if (refused) std::rethrow_exception(refused);
-        if (!written) throw FileError(path, errno, reason);
+    case Format::neq: // written straight from the arrays, with no copy of the file
+        replaceWithOrFail(path, [&mesh](uvmerge::FileSink& sink) {
+            return writeNeqTo(mesh, [&sink](const void* data, std::size_t size) {
+                return sink.write(static_cast<const char*>(data), size);
+            });
+        });
         return;
-    }
     case Format::obj:
-        replaceOrFail(path, writeObj(mesh));
+        replaceWithOrFail(path, [&mesh](uvmerge::FileSink& sink) {
+            return writeObjTo(mesh, [&sink](const char* data, std::size_t size) {
+                return sink.write(data, size);
+            });
+        });
         return;
     case Format::glb:
         replaceOrFail(path, writeGlb(mesh));

@@ -18,6 +18,8 @@ namespace neq::interchange {
 
 namespace {
 
+constexpr float kNoUv[2] = {0.0f, 0.0f};
+
 bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
 }
@@ -81,17 +83,40 @@ class ObjReader {
     // Room for what the statements will add, with large pages behind it: growing the
     // arrays statement by statement would copy them and fault their pages in one by one.
     void reserve(std::string_view text) {
-        std::size_t vertices = 0, texcoords = 0, faces = 0;
-        for (const char* p = text.data(); p != nullptr;) {
-            const std::size_t left = text.size() - static_cast<std::size_t>(p - text.data());
-            if (left >= 2) {
-                vertices += p[0] == 'v' && p[1] == ' ';
-                texcoords += p[0] == 'v' && p[1] == 't';
-                faces += p[0] == 'f' && p[1] == ' ';
+        // Small files are counted; large ones are sampled in windows spread over the
+        // whole file (OBJ lists its vertices, coordinates and faces in long runs), and an
+        // estimate that falls short only means the arrays grow once more.
+        constexpr std::size_t kWindows = 32, kWindow = std::size_t{1} << 17;
+        std::size_t vertices = 0, texcoords = 0, faces = 0, sampled = 0;
+        const std::size_t step = text.size() <= kWindows * kWindow ? 0 : text.size() / kWindows;
+        for (std::size_t w = 0; w < (step ? kWindows : 1); ++w) {
+            std::size_t at = w * step;
+            if (at != 0) { // from the start of the next line
+                const char* newline =
+                    static_cast<const char*>(std::memchr(text.data() + at, '\n', text.size() - at));
+                if (!newline) break;
+                at = static_cast<std::size_t>(newline - text.data()) + 1;
             }
-            const char* newline = static_cast<const char*>(std::memchr(p, '\n', left));
-            p = newline ? newline + 1 : nullptr;
+            const std::size_t end = step ? std::min(text.size(), at + kWindow) : text.size();
+            sampled += end - at;
+            while (at < end) {
+                const char* p = text.data() + at;
+                if (end - at >= 2) {
+                    vertices += p[0] == 'v' && p[1] == ' ';
+                    texcoords += p[0] == 'v' && p[1] == 't';
+                    faces += p[0] == 'f' && p[1] == ' ';
+                }
+                const char* newline = static_cast<const char*>(std::memchr(p, '\n', end - at));
+                at = newline ? static_cast<std::size_t>(newline - text.data()) + 1 : end;
+            }
         }
+        const auto scaled = [&](std::size_t count) {
+            if (!step || sampled == 0) return count;
+            return static_cast<std::size_t>(double(count) * double(text.size()) / double(sampled) *
+                                            1.05) +
+                   1024;
+        };
+        vertices = scaled(vertices), texcoords = scaled(texcoords), faces = scaled(faces);
         platform::reserveLarge(positions_, vertices * 3);
         platform::reserveLarge(texcoords_, texcoords * 2);
         platform::reserveLarge(faces_, faces * 4);
@@ -281,12 +306,18 @@ class ObjReader {
     void addFace(const CornerIndices& a, const CornerIndices& b, const CornerIndices& c,
                  const CornerIndices* d) {
         const CornerIndices* corners[4] = {&a, &b, &c, d};
+        const std::size_t at = faces_.size();
+        faces_.resize(at + 4); // within the room reserved up front, as a rule
+        faceUvs_.resize(at * 2 + 8);
+        std::int32_t* face = &faces_[at];
+        float* uv = &faceUvs_[at * 2];
         for (const CornerIndices* corner : corners) {
-            faces_.push_back(corner ? static_cast<std::int32_t>(corner->vertex) : -1);
+            *face++ = corner ? static_cast<std::int32_t>(corner->vertex) : -1;
             const bool hasUv = corner && corner->uv >= 0;
-            faceUvs_.push_back(hasUv ? texcoords_[static_cast<std::size_t>(corner->uv) * 2] : 0.0f);
-            faceUvs_.push_back(hasUv ? texcoords_[static_cast<std::size_t>(corner->uv) * 2 + 1]
-                                     : 0.0f);
+            const float* value =
+                hasUv ? &texcoords_[static_cast<std::size_t>(corner->uv) * 2] : kNoUv;
+            *uv++ = value[0];
+            *uv++ = value[1];
             anyUv_ = anyUv_ || hasUv;
         }
         faceNames_.push_back(currentName_);

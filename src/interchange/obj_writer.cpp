@@ -8,6 +8,7 @@
 
 #include <charconv>
 #include <cstring>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -107,12 +108,10 @@ std::vector<std::uint32_t> numberUvs(const Mesh& mesh, uvmerge::TextOut& text) {
 
 } // namespace
 
-std::string writeObj(const Mesh& mesh) {
-    validate(mesh);
-    std::string out; // large pages: filling a fresh string page by page costs more than the text
-    platform::reserveLarge(out, mesh.vertexCount() * (mesh.colors.empty() ? 40 : 75) +
-                                    mesh.faceCount() * (mesh.uvs.empty() ? 30 : 80));
-    uvmerge::StringSink sink(out);
+namespace {
+
+// False when the sink refused the text.
+bool writeObjText(const Mesh& mesh, uvmerge::TextSink& sink) {
     uvmerge::TextOut text(sink);
     const bool colours = !mesh.colors.empty();
     for (std::size_t v = 0; v < mesh.vertexCount(); ++v) {
@@ -151,8 +150,35 @@ std::string writeObj(const Mesh& mesh) {
         *p++ = '\n';
         text.advance(p);
     }
-    text.flush();
+    return text.flush();
+}
+
+// Hands the text to a put function.
+class PutSink final : public uvmerge::TextSink {
+  public:
+    explicit PutSink(const std::function<bool(const char*, std::size_t)>& put) : put_(put) {}
+    bool write(const char* data, std::size_t size) override { return put_(data, size); }
+
+  private:
+    const std::function<bool(const char*, std::size_t)>& put_;
+};
+
+} // namespace
+
+std::string writeObj(const Mesh& mesh) {
+    validate(mesh);
+    std::string out; // large pages: filling a fresh string page by page costs more than the text
+    platform::reserveLarge(out, mesh.vertexCount() * (mesh.colors.empty() ? 40 : 75) +
+                                    mesh.faceCount() * (mesh.uvs.empty() ? 30 : 80));
+    uvmerge::StringSink sink(out);
+    writeObjText(mesh, sink);
     return out;
+}
+
+bool writeObjTo(const Mesh& mesh, const std::function<bool(const char*, std::size_t)>& put) {
+    validate(mesh);
+    PutSink sink(put);
+    return writeObjText(mesh, sink);
 }
 
 } // namespace neq::interchange

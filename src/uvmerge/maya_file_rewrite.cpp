@@ -1,37 +1,11 @@
 #include "uvmerge/maya_file_rewrite.h"
 
 #include "foundation/atomic_file.h"
-#include "foundation/vd_disk_server_internal.h"
 #include "foundation/vd_string.h"
-#include "platform/writeback.h"
 #include "uvmerge/vd_uv_merge_algo.h"
-
-#include <cstdint>
 
 namespace neq::uvmerge {
 namespace {
-
-// Text straight to a file descriptor. Every few megabytes the system is asked to start
-// writing what it holds to disk, so that the disk works while the rest of the text is
-// made and the flush that follows the last write has little left to wait for.
-class FileSink final : public TextSink {
-  public:
-    explicit FileSink(int fd) : fd_(fd) {}
-    bool write(const char* data, std::size_t size) override {
-        if (!diskserver::writeAll(fd_, data, size)) return false;
-        written_ += size;
-        constexpr std::uint64_t kWritebackStep = std::uint64_t{8} << 20;
-        if (written_ - writebackStart_ >= kWritebackStep) {
-            platform::startWriteback(fd_, writebackStart_, written_ - writebackStart_);
-            writebackStart_ = written_;
-        }
-        return true;
-    }
-
-  private:
-    int fd_;
-    std::uint64_t written_ = 0, writebackStart_ = 0;
-};
 
 // Reads the scene and welds it; `welded` is called with the weld of an accepted scene.
 template <class Welded> MayaFileWeld weldScene(const char* input, Welded welded) {
