@@ -8,6 +8,7 @@
 #include "obj_bench_files.h"
 
 #include "foundation/atomic_file.h"
+#include "foundation/whole_file.h"
 #include "interchange/mesh.h"
 
 #include <assimp/Importer.hpp>

@@ -31,6 +31,15 @@ void warnIfNotPlain(const std::string& what, const std::string& name, const std:
          ") is not a plain node name; the scene will not load it");
 }
 
+// The library refuses such a name too; said here in words, before anything is read.
+void refuseUnquotableName(const char* role, const std::string& path) {
+    if (!blend::isQuotableNodeName(blend::nodeNameOf(path)))
+        throw Failure(std::string(role) + " scene " + quoted(path) +
+                      " has a name with a double quote, a backslash or a control character, "
+                      "which would end its quoted string in the scene's statements and let "
+                      "the name add statements of its own; nothing was written");
+}
+
 // The warnings that can be given before anything is written.
 void warnAboutNames(const std::string& basePath, const std::vector<std::string>& targetPaths) {
     const std::string baseName = blend::nodeNameOf(basePath);
@@ -102,6 +111,9 @@ int run(const std::vector<std::string>& args) {
 } // namespace
 
 void assembleBlendScene(const std::string& basePath, const std::vector<std::string>& targetPaths) {
+    refuseUnquotableName("base", basePath);
+    for (const std::string& target : targetPaths)
+        refuseUnquotableName("target", target);
     libraryPath(basePath);
     std::vector<std::string> targetsForLibrary;
     for (const std::string& target : targetPaths)

@@ -5,6 +5,7 @@
 
 #include "bridge/path_entry.h"
 #include "bridge/shared_folder_names.h"
+#include "bridge/vd_neq.h"
 #include "foundation/vd_disk_server.h"
 
 #include <cerrno>
@@ -23,12 +24,20 @@ bridge::SharedFolderNames folderNames(const std::string& given) {
     const char* variable = std::getenv(bridge::kPublicFolderVariable);
     const std::string value = !given.empty() ? given : variable ? variable : "";
     if (value.empty()) return bridge::sharedFolderNamesFor(nullptr);
+    bridge::SharedFolderNames names;
     try {
-        return bridge::sharedFolderNamesFor(libraryPath(value).c_str());
+        names = bridge::sharedFolderNamesFor(libraryPath(value).c_str());
     } catch (const Failure& failure) {
         if (!given.empty()) throw;
         throw Failure(std::string(bridge::kPublicFolderVariable) + ": " + failure.what());
     }
+    // The library refuses it too: its folders would be made at the top of the system.
+    if (names.rootRefused)
+        throw Failure((given.empty() ? std::string(bridge::kPublicFolderVariable) : "DIR") + " " +
+                      quoted(value) +
+                      " is the root folder; the shared folder tree needs a folder of its own, "
+                      "such as ~/.local/share/Vandrel");
+    return names;
 }
 
 std::string inFolder(const VDString& folder, const std::string& name) {
@@ -94,9 +103,9 @@ void writePathEntry(const VDString& configFile, const std::string& path) {
     status("recorded " + quoted(path) + " in " + quoted(configFile.c_str()));
 }
 
-// An application's folder name: one path component.
+// An application's folder name: one path component, as the library requires.
 void requireAppName(const std::string& app) {
-    if (app.empty() || app == "." || app == ".." || app.find('/') != std::string::npos)
+    if (!VDNeQ::isAppName(VDString(app.c_str())))
         throw UsageError("APP must be a folder name, not '" + app + "'");
 }
 

@@ -2,9 +2,12 @@
 
 #include "platform/directories.h"
 
+#include <dirent.h>
 #include <dlfcn.h>
+#include <limits.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -117,9 +120,20 @@ std::string libraryPath() {
     return beside;
 }
 
+// The most an entry can write into its output buffer, NUL included; the buffer is
+// never smaller than that. CheckName writes its text (spaces and dashes replaced one
+// for one) with at most "_copy" and a counter added.
+std::size_t mostWritten(const PlannedCall& call) {
+    constexpr std::size_t kLongestCopySuffix = sizeof "_copy" - 1 + 10; // 10: INT_MAX's digits
+    if (call.entry == "CheckName") return call.text.value_or("").size() + kLongestCopySuffix + 1;
+    if (call.entry == "GetFile") return sizeof(dirent::d_name);
+    if (call.entry == "GetPublicFolder") return PATH_MAX;
+    return 0; // the others write nothing there (AddFile and addBlendFile only read it)
+}
+
 void makeCall(const PlannedCall& call) {
     std::string text = call.text.value_or(std::string());
-    std::vector<char> out(kOutBufferSize, '\0');
+    std::vector<char> out(std::max(kOutBufferSize, mostWritten(call)), '\0');
     if (call.outIn) std::memcpy(out.data(), call.outIn->data(), call.outIn->size());
     char* outPointer = call.outIn ? out.data() : nullptr;
     const float result = call.function(call.text ? text.data() : nullptr, 0.0, outPointer);

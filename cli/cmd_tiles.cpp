@@ -12,6 +12,7 @@
 
 #include <sys/stat.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 
@@ -62,6 +63,22 @@ void checkOutputBase(const std::string& outBase) {
                       " is a device or pipe, not a file name to name the tile files after");
 }
 
+// A small mesh can name thousands of tiles (131 KB made 4,096 files, 529 MB): past
+// these, the split is only written with --force.
+constexpr std::size_t kMostTileFiles = 1000;
+constexpr std::uint64_t kMostTileBytes = std::uint64_t{1} << 30;
+
+void refuseRunawaySplit(const std::string& mesh, const meshfile::UvTileSplit& split) {
+    const std::uint64_t files = split.tiles().size();
+    const std::uint64_t bytes = files * split.tileFileSize();
+    if (files <= kMostTileFiles && bytes <= kMostTileBytes) return;
+    throw Failure("splitting " + quoted(mesh) + " would write " + std::to_string(files) +
+                  " tile files of " + std::to_string(split.tileFileSize()) + " bytes, " +
+                  std::to_string(bytes) + " bytes in all (more than " +
+                  (files > kMostTileFiles ? "1000 files" : "1 GiB") +
+                  "); nothing was written; add --force to write them");
+}
+
 // Every tile file is written under a temporary name first and renamed into place only
 // when all of them are complete: a failure leaves none of them behind.
 int writeTileSplit(const std::string& mesh, const std::string& outBase, bool force) {
@@ -70,6 +87,7 @@ int writeTileSplit(const std::string& mesh, const std::string& outBase, bool for
     const std::optional<meshfile::UvTileSplit> split =
         meshfile::UvTileSplit::plan(meshfile::NeqView(bytes));
     if (!split) failWithoutBlock(mesh, "UV");
+    if (!force) refuseRunawaySplit(mesh, *split);
 
     const std::string stem = tileFileStem(outBase);
     std::vector<std::string> paths;
@@ -151,7 +169,9 @@ const Command kTilesCommand = {
     {{"FILE", "NeQ mesh file with a UV block"},
      {"OUTBASE.NeQ", "name the tile files are derived from (with --split)"}},
     {{"--split", nullptr, "write one NeQ file per tile"},
-     {"--force", nullptr, "replace a tile file even when it is not a NeQ mesh file"},
+     {"--force", nullptr,
+      "replace a tile file even when it is not a NeQ mesh file, and write more than 1000 "
+      "tile files or 1 GiB"},
      {"--json", nullptr, "print the list as one JSON object"}},
     run,
 };

@@ -1,5 +1,7 @@
 #include "files.h"
 
+#include "foundation/whole_file.h"
+
 #include "command.h"
 
 #include "meshfile/field_readers.h"
@@ -17,8 +19,6 @@
 
 namespace neq::cli {
 namespace {
-
-constexpr int kMaxLinksFollowed = 40;
 
 // Which file a path names. A file that exists is its device and inode; one that does
 // not is the device and inode of its folder plus its name there.
@@ -59,12 +59,15 @@ std::string reasonOf(int error) {
 }
 
 void requireInputFile(const std::string& path) {
-    const int fd = ::open(path.c_str(), O_RDONLY);
-    if (fd < 0) throw Failure("cannot open input " + quoted(path) + ": " + reasonOf(errno));
-    struct stat info {};
-    const bool isFolder = ::fstat(fd, &info) == 0 && S_ISDIR(info.st_mode);
-    ::close(fd);
-    if (isFolder) throw Failure("input " + quoted(path) + " is a folder, not a file");
+    // Inputs are read whole: a FIFO or device is refused at once, never waited on.
+    std::string reason;
+    const int fd = files::openFile(path.c_str(), O_RDONLY, files::Kind::regularFile, reason);
+    if (fd >= 0) {
+        ::close(fd);
+        return;
+    }
+    if (errno == EISDIR) throw Failure("input " + quoted(path) + " is a folder, not a file");
+    throw Failure("cannot open input " + quoted(path) + ": " + reason);
 }
 
 void refuseOutputNamingAnInput(const std::string& output, const std::vector<std::string>& inputs) {
@@ -165,17 +168,8 @@ void refuseOutputOfAnotherKind(const std::string& output, OutputKind kind, bool 
 }
 
 std::string followLinks(const std::string& path) {
-    std::string current = path;
-    for (int hop = 0; hop < kMaxLinksFollowed; ++hop) {
-        struct stat info {};
-        if (::lstat(current.c_str(), &info) != 0 || !S_ISLNK(info.st_mode)) break;
-        std::string target(static_cast<std::size_t>(info.st_size) + 256, '\0');
-        const ssize_t length = ::readlink(current.c_str(), target.data(), target.size());
-        if (length < 0) break;
-        target.resize(static_cast<std::size_t>(length));
-        current = target.front() == '/' ? target : folderOf(current) + "/" + target;
-    }
-    return current;
+    std::string target, reason;
+    return files::followLinks(path.c_str(), target, reason) ? target : path;
 }
 
 std::string lastNameOf(const std::string& path) {

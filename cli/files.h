@@ -44,7 +44,7 @@ enum class OutputKind { objText, colourText, neqMesh, mayaScene, glbMesh, gltfTe
 void refuseOutputOfAnotherKind(const std::string& output, OutputKind kind, bool force);
 
 // Follows symbolic links at the end of `path` (also one that points nowhere yet) to the
-// name of the file they lead to.
+// name of the file they lead to (files::followLinks); `path` itself when they loop.
 std::string followLinks(const std::string& path);
 
 // The folder part of a path ("." when it has none) and the last name in it.

@@ -5,6 +5,7 @@
 
 #include "foundation/atomic_file.h"
 #include "foundation/vd_disk_server_internal.h"
+#include "foundation/whole_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -39,8 +40,11 @@ PendingOutput::PendingOutput(const std::string& destination, Naming naming)
         writePath_ = destination_;
         return;
     }
-    target_ = followLinks(destination_);
-    std::string pattern = folderOf(target_) + "/." + lastNameOf(target_) + ".neqbridge-XXXXXX";
+    // A link is followed and stays; a chain of links that loops is refused, not replaced.
+    std::string reason;
+    if (!files::followLinks(destination_.c_str(), target_, reason))
+        throw Failure("cannot write output " + quoted(destination_) + ": " + reason);
+    std::string pattern = files::temporaryPattern(target_);
     std::vector<char> name(pattern.begin(), pattern.end());
     name.push_back('\0');
     int fd = -1;
@@ -75,8 +79,11 @@ void PendingOutput::removeTemporary() {
 }
 
 void PendingOutput::write(std::string_view bytes) const {
-    const int fd = ::open(writePath_.c_str(), O_WRONLY | O_TRUNC | O_CREAT, 0666);
-    if (fd < 0) failWrite(errno);
+    // A FIFO that nobody reads is refused rather than waited on.
+    std::string reason;
+    const int fd = files::openFile(writePath_.c_str(), O_WRONLY | O_TRUNC | O_CREAT,
+                                   files::Kind::anyFile, reason);
+    if (fd < 0) throw Failure("cannot write output " + quoted(destination_) + ": " + reason);
     while (!bytes.empty()) {
         const ssize_t written = ::write(fd, bytes.data(), bytes.size());
         if (written < 0 && errno == EINTR) continue;

@@ -53,7 +53,7 @@ float finishBlend(const char* basePath);
 
 // --- Names, folders and files ---------------------------------------------------------
 
-// The unique form of name, now reserved (new[]).
+// The unique form of name, now reserved (new[]); null when memory ran out.
 char* NameCheck(char* name);
 void NameSetClear();
 // True when the last path component has no ".": a name test, not a file-system one.

@@ -1,9 +1,13 @@
 // Host entries that delete and append files.
 
 #include "api/host_entry.h"
+#include "foundation/vd_disk_server_internal.h"
 #include "foundation/whole_file.h"
 
+#include <fcntl.h>
+
 #include <cstdio>
+#include <string>
 
 using neq::api::guardedEntry;
 
@@ -19,14 +23,17 @@ constexpr float kDestinationUnwritable = -2.0f;
 // to itself well defined.
 float appendWithRepeatedLastByte(const char* source, const char* destination) {
     std::vector<std::uint8_t> bytes;
-    // A directory counts as a source that cannot be opened.
+    // A folder, FIFO or device counts as a source that cannot be opened.
     if (!neq::readWholeFile(source, bytes)) return kSourceUnreadable;
     neq::appendRepeatedLastByte(bytes);
-    std::FILE* file = std::fopen(destination, "ab"); // created if missing, never truncated
-    if (file == nullptr) return kDestinationUnwritable;
+    // Created if missing, never truncated; a FIFO nobody reads is refused, not waited on.
+    std::string reason;
+    neq::diskserver::OwnedDescriptor file(neq::files::openFile(
+        destination, O_WRONLY | O_CREAT | O_APPEND, neq::files::Kind::anyFile, reason));
+    if (!file.isOpen()) return kDestinationUnwritable;
     // As in the copy loop, a failed write is not reported: the entry returns 0.
-    std::fwrite(bytes.data(), 1, bytes.size(), file);
-    std::fclose(file);
+    neq::diskserver::writeAll(file.get(), reinterpret_cast<const char*>(bytes.data()),
+                              bytes.size());
     return 0.0f;
 }
 

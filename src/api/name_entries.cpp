@@ -11,6 +11,7 @@
 NEQBRIDGE_HOST_ENTRY CheckName(char* text, double, char* out) {
     return neq::api::guardedEntry([&] {
         const std::unique_ptr<char[]> unique(NameCheck(text));
+        if (!unique) return neq::api::kInternalFailure;
         if (out != nullptr) neq::api::copyToHost(out, unique.get());
         return 0.0f;
     });

@@ -10,8 +10,13 @@ namespace neq::blend {
 
 float addBlend(const char* targetPath, const char* basePath,
                std::vector<std::string>& targetNames) {
-    // Counted before anything can fail: the host numbers its targets by call order.
-    targetNames.push_back(nodeNameOf(targetPath));
+    // A name that would end its quoted string is not a target at all: nothing is
+    // recorded, so the statements never carry it. Any other name is counted before
+    // anything can fail: the host numbers its targets by call order.
+    std::string name = nodeNameOf(targetPath);
+    if (!isQuotableNodeName(name)) return kTargetUnreadable;
+    if (!isQuotableNodeName(nodeNameOf(basePath))) return kBaseUnreadable;
+    targetNames.push_back(std::move(name));
 
     char holder = 0;
     if (!readSceneTail(basePath, holder)) return kBaseUnreadable;
@@ -30,11 +35,18 @@ float addBlend(const char* targetPath, const char* basePath,
 }
 
 float finishBlend(const char* basePath, const std::vector<std::string>& targetNames) {
+    // The list is exported data that host code may fill directly, so every name that
+    // goes into the statements is checked here, not only the base's.
+    const std::string baseName = nodeNameOf(basePath);
+    if (!isQuotableNodeName(baseName)) return kBaseUnreadable;
+    for (const std::string& target : targetNames)
+        if (!isQuotableNodeName(target)) return kBaseUnreadable;
+
     char holder = 0;
     if (!readSceneTail(basePath, holder)) return kBaseUnreadable;
 
     std::string text(1, holder);
-    appendBlendStatements(text, nodeNameOf(basePath), targetNames);
+    appendBlendStatements(text, baseName, targetNames);
     if (!appendToScene(basePath, {text})) return kBaseUnwritable;
     return kBlendDone;
 }

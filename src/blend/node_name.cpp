@@ -26,4 +26,12 @@ bool isPlainNodeName(std::string_view name) {
     return true;
 }
 
+bool isQuotableNodeName(std::string_view name) {
+    for (char c : name) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '"' || c == '\\' || byte < 0x20 || byte == 0x7F) return false;
+    }
+    return true;
+}
+
 } // namespace neq::blend

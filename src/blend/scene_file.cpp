@@ -1,5 +1,7 @@
 #include "blend/scene_file.h"
 
+#include "foundation/whole_file.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
@@ -7,6 +9,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <string>
 #include <vector>
 
 namespace neq::blend {
@@ -41,11 +44,11 @@ void cutBack(int fd, const char* path, off_t length) {
 } // namespace
 
 bool readSceneTail(const char* path, char& holder) {
-    // Non-blocking so that a pipe without a writer is refused instead of waited on.
-    const int fd = ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    std::string reason;
+    const int fd = files::openFile(path, O_RDONLY, files::Kind::regularFile, reason);
     if (fd < 0) return false;
     struct stat info {};
-    bool readable = ::fstat(fd, &info) == 0 && S_ISREG(info.st_mode);
+    bool readable = ::fstat(fd, &info) == 0;
     if (readable && info.st_size > 0) {
         char last = 0;
         readable = ::pread(fd, &last, 1, info.st_size - 1) == 1;
@@ -62,10 +65,11 @@ bool appendToScene(const char* path, std::initializer_list<std::string_view> pie
         if (!piece.empty()) vectors.push_back({const_cast<char*>(piece.data()), piece.size()});
     // Appending, not creating: the scene was just read, and a scene that vanished in
     // between is not silently started again from these pieces alone.
-    const int fd = ::open(path, O_WRONLY | O_APPEND | O_CLOEXEC | O_NONBLOCK);
+    std::string reason;
+    const int fd = files::openFile(path, O_WRONLY | O_APPEND, files::Kind::regularFile, reason);
     if (fd < 0) return false;
     struct stat info {};
-    if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
+    if (::fstat(fd, &info) != 0) {
         ::close(fd);
         return false;
     }

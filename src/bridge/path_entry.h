@@ -1,6 +1,8 @@
 #pragma once
 
-// The PATH entry of a NeQ_Config.txt file: an installed location, stored quoted.
+// The PATH entry of a NeQ_Config.txt file: an installed location, stored quoted. An
+// empty file path is the one the bridge gives where there is no file to use (a refused
+// application name or public folder): nothing is found there and nothing written.
 
 #include "foundation/vd_string.h"
 

@@ -12,6 +12,10 @@ inline constexpr char kDefaultPublicFolder[] = "/Users/Shared/Vandrel";
 inline constexpr char kPublicFolderVariable[] = "NEQBRIDGE_PUBLIC_FOLDER";
 
 struct SharedFolderNames {
+    // The variable named the root folder (also as "//", "/tmp/.." or a link to "/"): the
+    // tree would spread over the root itself, so it is refused and every name below is
+    // empty, which the bridge treats as no folder at all.
+    bool rootRefused = false;
     VDString publicFolder;
     VDString folderSeparator;
     VDString appsFolder;
@@ -21,8 +25,8 @@ struct SharedFolderNames {
 };
 
 // The names for a value of the variable (null or empty: the default folder). Trailing
-// separators of the value are dropped, so "/srv/bridge/" gives "/srv/bridge" and "/"
-// gives the empty public folder whose sub-folders hang off the root.
+// separators of the value are dropped, so "/srv/bridge/" gives "/srv/bridge"; a value
+// that is the root is refused.
 SharedFolderNames sharedFolderNamesFor(const char* variableValue);
 
 // The names the library loaded with: computed from the environment on first use, which

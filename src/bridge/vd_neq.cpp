@@ -3,6 +3,8 @@
 #include "bridge/path_entry.h"
 #include "bridge/shared_folder_names.h"
 
+#include <string_view>
+
 using neq::bridge::loadedSharedFolderNames;
 using neq::bridge::readPathEntry;
 using neq::bridge::writePathEntry;
@@ -20,7 +22,9 @@ namespace {
 
 const char kConfigFile[] = "NeQ_Config.txt";
 
+// A refused folder (empty, see bridge/shared_folder_names.h) has no files in it.
 VDString joined(const VDString& folder, const VDString& name) {
+    if (folder.length() == 0) return VDString();
     return folder + loadedSharedFolderNames().folderSeparator + name;
 }
 
@@ -30,7 +34,14 @@ VDString VDNeQ::getClayvoFile(const VDString& name) {
     return joined(loadedSharedFolderNames().brushFolder, name);
 }
 
+bool VDNeQ::isAppName(const VDString& app) {
+    const std::string_view name(app.c_str());
+    return !name.empty() && name != "." && name != ".." &&
+           name.find_first_of("/\\") == std::string_view::npos;
+}
+
 VDString VDNeQ::getAppFolder(const VDString& app) {
+    if (!isAppName(app)) return VDString();
     return joined(loadedSharedFolderNames().appsFolder, app);
 }
 

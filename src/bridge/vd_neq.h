@@ -24,6 +24,11 @@ class NEQBRIDGE_API VDNeQ {
     static const VDString s_NeQProjectsFolder;
     static const VDString s_NeQDefaultProjectFolder;
 
+    // True when app is one plain folder name: not empty, not "." or "..", no "/" or
+    // "\\". Any other app would lead out of NeQApps, so the application paths below are
+    // empty for it, the readers find nothing and the writers fail.
+    static bool isAppName(const VDString& app);
+
     static VDString getClayvoFile(const VDString& name);
     static VDString getAppFolder(const VDString& app);
     static VDString getAppFile(const VDString& app, const VDString& name);

@@ -1,24 +1,28 @@
 #include "foundation/atomic_file.h"
 
 #include "foundation/vd_disk_server_internal.h"
-#include "platform/memory_hints.h"
+#include "foundation/whole_file.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <climits>
-#include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <string>
 
 namespace neq::files {
 namespace {
 
 using Descriptor = diskserver::OwnedDescriptor;
+
+// The most links followed before a chain counts as a loop, as Linux counts.
+constexpr int kMostLinks = 40;
+// ".tmp-" + up to 10 digits of a process id + "-XXXXXX" after the name.
+constexpr std::string_view kTemporaryMark = ".tmp-";
+constexpr std::size_t kTemporaryTail = kTemporaryMark.size() + 10 + 7;
 
 // The operating system's reason for the last failed call.
 bool fail(std::string& reason) {
@@ -26,111 +30,58 @@ bool fail(std::string& reason) {
     return false;
 }
 
-// One positioned read, retried when interrupted; `got` is 0 at the end of the file.
-bool readSome(const RegularFile& file, std::uint64_t offset, char* out, std::size_t size,
-              std::size_t& got, std::string& reason);
-
-bool notRegular(const struct stat& info, std::string& reason) {
-    if (S_ISREG(info.st_mode)) return false;
-    reason = S_ISDIR(info.st_mode) ? "it is a folder, not a file" : "it is not a regular file";
-    return true;
-}
-
-// Where the bytes really go: a symbolic link's final target; the path itself when it
-// names no existing file yet.
-std::string finalTarget(const char* path) {
-    std::unique_ptr<char, decltype(&std::free)> real(::realpath(path, nullptr), &std::free);
-    return real ? std::string(real.get()) : std::string(path);
-}
-
-// The host's way, kept for folders that take no new file: truncate and write.
-bool overwriteInPlace(const std::string& target, const std::function<bool(int fd)>& write,
-                      mode_t mode, std::string& reason) {
-    Descriptor file(::open(target.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode));
-    if (file.get() < 0 || !write(file.get()) || ::fsync(file.get()) != 0 || !file.close())
-        return fail(reason);
-    return true;
-}
-
-// Opens the file, refuses what is not a regular file, and reads it into the memory that
-// `room(size)` hands out for the size the file has; `used` is how much it held when read.
-template <class Room>
-bool readWhole(const char* path, Room room, std::size_t& used, std::string& reason) {
-    used = 0;
-    RegularFile file;
-    if (!openRegularFile(path, file, reason)) return false;
-    const auto size = static_cast<std::size_t>(file.size());
-    char* const data = room(size);
-    while (used < size) {
-        std::size_t got = 0;
-        if (!readSome(file, used, data + used, size - used, got, reason)) return false;
-        if (got == 0) break; // it shrank meanwhile: what is there is the file
-        used += got;
+// The start of every temporary name of the file `name`: "." + the name, cut on a
+// character boundary so that the longest temporary name still fits a folder entry,
+// + ".tmp-".
+std::string temporaryPrefix(const std::string& name) {
+    std::size_t keep = NAME_MAX - 1 - kTemporaryTail;
+    if (name.size() > keep) {
+        // Never cut a UTF-8 sequence: some file systems accept only valid names.
+        while (keep > 0 && (static_cast<unsigned char>(name[keep]) & 0xC0) == 0x80)
+            --keep;
+    } else {
+        keep = name.size();
     }
-    return true;
+    return "." + name.substr(0, keep) + std::string(kTemporaryMark);
 }
 
-} // namespace
-
-RegularFile::~RegularFile() {
-    if (fd_ >= 0) ::close(fd_);
-}
-
-bool openRegularFile(const char* path, RegularFile& file, std::string& reason) {
-    if (file.fd_ >= 0) ::close(file.fd_);
-    file.fd_ = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    file.size_ = 0;
-    struct stat info {};
-    if (file.fd_ < 0 || ::fstat(file.fd_, &info) != 0) return fail(reason);
-    if (notRegular(info, reason)) return false;
-    // A 32-bit build cannot hold a file past its address space: refuse it rather than
-    // read a part of it as the whole.
-    if (static_cast<unsigned long long>(info.st_size) > PTRDIFF_MAX) {
-        errno = EFBIG;
-        return fail(reason);
+// The writer's process id in a temporary name that starts with `prefix`, or 0 when
+// the name is not one of those temporaries.
+pid_t writerOf(std::string_view name, const std::string& prefix) {
+    if (name.size() < prefix.size() + 8 || name.compare(0, prefix.size(), prefix) != 0) return 0;
+    const std::string_view digits = name.substr(prefix.size(), name.size() - prefix.size() - 7);
+    if (name[name.size() - 7] != '-' || digits.empty() || digits.size() > 10) return 0;
+    long long pid = 0;
+    for (const char c : digits) {
+        if (c < '0' || c > '9') return 0;
+        pid = pid * 10 + (c - '0');
     }
-    file.size_ = static_cast<std::uint64_t>(info.st_size);
-    return true;
+    return pid > 0 && pid <= INT_MAX ? static_cast<pid_t>(pid) : 0;
 }
 
-MappedFile::~MappedFile() {
-    if (data_) ::munmap(data_, size_);
+// A process killed while writing leaves its temporary file behind, and nothing else
+// would ever remove it. Those of this target whose writer no longer runs go now; a
+// writer that runs (or that we may not signal, which also means it runs) keeps its own.
+void removeDeadTemporaries(const std::string& folder, const std::string& prefix) {
+    diskserver::forEachEntry(folder.c_str(), [&](const char* name, bool isFolder) {
+        const pid_t writer = writerOf(name, prefix);
+        if (writer == 0 || ::kill(writer, 0) == 0 || errno != ESRCH) return;
+        const VDString path = diskserver::joinPath(folder.c_str(), name);
+        if (!isFolder) {
+            ::unlink(path.c_str());
+            return;
+        }
+        // A private folder holds the one file written under the target's own name.
+        diskserver::forEachEntry(path.c_str(), [&path](const char* inner, bool) {
+            if (!diskserver::isDotEntry(inner))
+                ::unlink(diskserver::joinPath(path.c_str(), inner).c_str());
+        });
+        ::rmdir(path.c_str());
+    });
 }
 
-bool mapRegularFile(const char* path, MappedFile& file, std::string& reason) {
-    if (file.data_) ::munmap(file.data_, file.size_);
-    file.data_ = nullptr;
-    file.size_ = 0;
-    RegularFile opened;
-    if (!openRegularFile(path, opened, reason)) return false;
-    if (opened.size() == 0) return true; // nothing to map
-    const auto size = static_cast<std::size_t>(opened.size());
-#ifdef MAP_POPULATE
-    const int flags = MAP_PRIVATE | MAP_POPULATE; // map every page now, not fault by fault
-#else
-    const int flags = MAP_PRIVATE;
-#endif
-    void* data = ::mmap(nullptr, size, PROT_READ, flags, opened.descriptor(), 0);
-    if (data == MAP_FAILED) return fail(reason);
-#ifndef MAP_POPULATE
-    ::posix_madvise(data, size, POSIX_MADV_WILLNEED);
-#endif
-    file.data_ = static_cast<char*>(data);
-    file.size_ = size;
-    return true;
-}
-
-namespace {
-
-bool readSome(const RegularFile& file, std::uint64_t offset, char* out, std::size_t size,
-              std::size_t& got, std::string& reason) {
-    for (;;) {
-        const ssize_t read = ::pread(file.descriptor(), out, size, static_cast<off_t>(offset));
-        if (read < 0 && errno == EINTR) continue;
-        if (read < 0) return fail(reason);
-        got = static_cast<std::size_t>(read);
-        return true;
-    }
+std::string joinToFolder(const std::string& folder, const std::string& name) {
+    return folder == "/" ? "/" + name : folder + "/" + name;
 }
 
 } // namespace
@@ -147,33 +98,32 @@ std::string folderOf(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-bool readRegularFile(const char* path, std::string& bytes, std::string& reason) {
-    bytes.clear();
-    std::size_t used = 0;
-    const bool read = readWhole(
-        path,
-        [&bytes](std::size_t size) {
-            platform::reserveLarge(bytes, size);
-            bytes.resize(size);
-            return &bytes[0];
-        },
-        used, reason);
-    bytes.resize(used);
-    return read;
+bool followLinks(const char* path, std::string& target, std::string& reason) {
+    target = path;
+    for (int links = 0;; ++links) {
+        struct stat info {};
+        // Not there (created there), or not reachable: whoever opens it says why.
+        if (::lstat(target.c_str(), &info) != 0 || !S_ISLNK(info.st_mode)) return true;
+        if (links == kMostLinks) {
+            errno = ELOOP;
+            return fail(reason);
+        }
+        std::string next(PATH_MAX, '\0');
+        const ssize_t length = ::readlink(target.c_str(), &next[0], next.size());
+        if (length < 0) return fail(reason);
+        next.resize(static_cast<std::size_t>(length));
+        const bool relative = next.empty() || next[0] != '/';
+        target = relative && target.find('/') != std::string::npos
+                     ? joinToFolder(folderOf(target), next)
+                     : next;
+    }
 }
 
-bool readRegularFile(const char* path, FileBytes& bytes, std::string& reason) {
-    bytes.data_.reset();
-    const bool read = readWhole(
-        path,
-        [&bytes](std::size_t size) {
-            bytes.data_.reset(new char[size]); // left uninitialised: the read fills it
-            platform::preferLargePages(bytes.data_.get(), size);
-            return bytes.data_.get();
-        },
-        bytes.size_, reason);
-    if (!read) bytes.size_ = 0;
-    return read;
+std::string temporaryPattern(const std::string& target) {
+    const std::string folder = folderOf(target);
+    const std::string prefix = temporaryPrefix(target.substr(target.rfind('/') + 1));
+    removeDeadTemporaries(folder, prefix);
+    return joinToFolder(folder, prefix + std::to_string(::getpid()) + "-XXXXXX");
 }
 
 bool replaceFile(const char* path, std::string_view bytes, std::string& reason) {
@@ -183,23 +133,23 @@ bool replaceFile(const char* path, std::string_view bytes, std::string& reason) 
 }
 
 bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std::string& reason) {
-    const std::string target = finalTarget(path);
+    std::string target;
+    if (!followLinks(path, target, reason)) return false;
     mode_t mode = newFileMode();
-    {
+    struct stat existing {};
+    if (::stat(target.c_str(), &existing) == 0) {
         // Probe without truncating: a file we may not write is left alone.
-        Descriptor probe(::open(target.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
-        if (probe.get() < 0 && errno != ENOENT) return fail(reason);
-        struct stat info {};
-        if (probe.get() >= 0) {
-            if (::fstat(probe.get(), &info) != 0) return fail(reason);
-            if (notRegular(info, reason)) return false;
-            mode = info.st_mode & 07777;
-        }
+        Descriptor probe(openFile(target.c_str(), O_WRONLY, Kind::regularFile, reason));
+        if (!probe.isOpen()) return false;
+        mode = existing.st_mode & 07777;
+    } else if (errno != ENOENT) {
+        return fail(reason);
     }
-    const std::string folder = folderOf(target);
-    std::string temporary = folder + "/." + target.substr(target.rfind('/') + 1) + ".XXXXXX";
+
+    std::string temporary = temporaryPattern(target);
     Descriptor file(::mkstemp(&temporary[0]));
-    if (file.get() < 0) return overwriteInPlace(target, write, mode, reason);
+    if (!file.isOpen()) return fail(reason);
+    ::fcntl(file.get(), F_SETFD, FD_CLOEXEC);
     if (!write(file.get()) || ::fsync(file.get()) != 0 || ::fchmod(file.get(), mode) != 0 ||
         !file.close() || ::rename(temporary.c_str(), target.c_str()) != 0) {
         fail(reason);

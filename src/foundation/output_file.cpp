@@ -1,6 +1,9 @@
 #include "foundation/output_file.h"
 
+#include "foundation/whole_file.h"
+
 #include <cstring>
+#include <string>
 
 namespace neq {
 
@@ -13,7 +16,8 @@ OutputFile::~OutputFile() {
 bool OutputFile::open(const char* path, const char* mode) {
     close();
     failed_ = false;
-    file_ = path ? std::fopen(path, mode) : nullptr;
+    std::string reason; // callers report the failure in their own terms
+    file_ = files::openStream(path, mode, reason);
     // Our own buffer already batches writes; a second stdio buffer would only copy.
     if (file_ != nullptr) std::setvbuf(file_, nullptr, _IONBF, 0);
     return file_ != nullptr;

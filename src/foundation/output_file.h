@@ -19,7 +19,8 @@ class OutputFile {
     OutputFile& operator=(const OutputFile&) = delete;
     ~OutputFile();
 
-    // fopen modes: "wb" creates or truncates, "ab" appends. False when it cannot open.
+    // fopen modes: "wb" creates or truncates, "ab" appends; a FIFO nobody reads is refused
+    // rather than waited on (files::openStream). False when it cannot open.
     bool open(const char* path, const char* mode);
     bool isOpen() const { return file_ != nullptr; }
 

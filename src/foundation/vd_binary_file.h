@@ -38,7 +38,9 @@ class NEQBRIDGE_API VDBinaryFile {
     ~VDBinaryFile() { close(); }
 
     // Closes any open file, then opens path with the C stream mode (through
-    // VDDiskServer::fileOpen). True when a stream was obtained.
+    // VDDiskServer::fileOpen: a mode that reads takes regular files only, since on a
+    // device such as /dev/zero every read would "succeed"). True when a stream was
+    // obtained.
     bool open(const VDString& path, const char* mode);
     void close();
     bool isOpen() const;

@@ -25,6 +25,12 @@ template <class Visit> void forEachEntry(const std::vector<char>& text, Visit vi
                              });
 }
 
+bool holdsLineBreak(const VDString& text) {
+    for (int i = 0; i < text.length(); ++i)
+        if (neq::config::isLineEnd(text[i])) return true;
+    return false;
+}
+
 } // namespace
 
 VDString VDGenericConfigFileParser::findTokenInConfigFile(const VDString& path,
@@ -50,9 +56,12 @@ VDString VDGenericConfigFileParser::findTokenInConfigFile(const VDString& path,
 bool VDGenericConfigFileParser::replaceTokenInConfigFile(const VDString& path,
                                                          const VDString& token,
                                                          const VDString& value, bool* found) {
+    if (found) *found = false;
+    // A line break in either would write extra lines, letting a value smuggle in an
+    // entry of another key: such a pair is refused and the file left as it is.
+    if (holdsLineBreak(token) || holdsLineBreak(value)) return false;
     VDString key(token);
     key.toUpper();
-    if (found) *found = false;
     std::string contents = std::string(key.c_str()) + " = " + value.c_str() + "\n";
     std::vector<char> text;
     neq::config::readConfigFile(path, text);

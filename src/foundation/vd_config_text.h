@@ -16,8 +16,8 @@ inline bool isLineEnd(char c) {
     return c == '\n' || c == '\r';
 }
 
-// Reads the whole file in one bulk read. False (bytes empty) when it cannot be opened
-// for reading, is empty or is not a regular file.
+// Reads the whole file (files::readRegularFile). False (bytes empty) when it cannot be
+// opened for reading, is empty or is not a regular file.
 bool readConfigFile(const VDString& path, std::vector<char>& bytes);
 
 // Calls visit(lineBegin, lineEnd, nextLine) for each line of [begin, end): a line ends
@@ -37,9 +37,9 @@ template <class Visit> void forEachLine(const char* begin, const char* end, Visi
 }
 
 // Replaces the file at path with bytes through a temporary file in the same folder and
-// a rename, keeping the file's permission bits; when the folder does not allow that, it
-// writes the file directly. False when the file could not be written; an existing file
-// that is not writable is left alone.
+// a rename (files::replaceFile), keeping the file's permission bits and any link; a
+// device is written directly. False when the file could not be written, the file then
+// left as it was: also when its folder takes no new file.
 bool replaceFileContents(const char* path, const std::string& bytes);
 
 } // namespace neq::config

@@ -27,6 +27,8 @@ class NEQBRIDGE_API VDDiskServer {
     static std::FILE* const s_invalidFile;
 
     // --- files and folders -----------------------------------------------------------
+    // fopen of the valid path, except that it never waits on a FIFO and that a mode that
+    // reads opens regular files only (a folder, FIFO or device gives s_invalidFile).
     static std::FILE* fileOpen(const VDString& path, const VDString& mode);
     // Bytes from the start to the end of the stream (the position is kept); 0 for null.
     static long long fileSize(std::FILE* file);

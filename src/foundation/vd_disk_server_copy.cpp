@@ -2,6 +2,7 @@
 
 #include "foundation/vd_disk_server.h"
 #include "foundation/vd_disk_server_internal.h"
+#include "foundation/whole_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <optional>
+#include <string>
 #include <vector>
 
 using neq::diskserver::OwnedDescriptor;
@@ -41,15 +43,12 @@ class TemporaryWriteAccess {
     bool granted_ = false;
 };
 
+// As fopen(path, "wb") would, except that a FIFO without a reader is refused rather
+// than waited for.
 int createDestination(const char* path) {
-    // As fopen(path, "wb") would, except that a FIFO without a reader is refused rather
-    // than waited for.
-    const int fd = ::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, 0666);
-    if (fd >= 0) {
-        const int flags = ::fcntl(fd, F_GETFL);
-        if (flags != -1) ::fcntl(fd, F_SETFL, flags & ~O_NONBLOCK);
-    }
-    return fd;
+    std::string reason;
+    return neq::files::openFile(path, O_WRONLY | O_CREAT | O_TRUNC, neq::files::Kind::anyFile,
+                                reason);
 }
 
 // Copies until the source ends; false on a read error or a write that falls short.
@@ -76,10 +75,11 @@ bool isSameFile(const struct stat& source, const char* destination) {
 bool VDDiskServer::copyFile(const VDString& from, const VDString& to) {
     // Only a regular file is copied: a folder or device has no end to reach, and the
     // open never waits for a FIFO's writer.
-    OwnedDescriptor source(::open(from.getValidFilePath(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    std::string reason;
+    OwnedDescriptor source(neq::files::openFile(from.getValidFilePath(), O_RDONLY,
+                                                neq::files::Kind::regularFile, reason));
     struct stat sourceInfo {};
-    if (!source.isOpen() || ::fstat(source.get(), &sourceInfo) != 0 || !S_ISREG(sourceInfo.st_mode))
-        return false;
+    if (!source.isOpen() || ::fstat(source.get(), &sourceInfo) != 0) return false;
     const VDString destination(to.getValidFilePath());
     // Creating the destination would empty the source before it is read.
     if (isSameFile(sourceInfo, destination.c_str())) return false;

@@ -1,6 +1,7 @@
 // Opening, sizing and testing files: what every whole-file reader needs first.
 
 #include "foundation/vd_disk_server.h"
+#include "foundation/whole_file.h"
 
 #include <sys/stat.h>
 #include <sys/types.h>
@@ -16,8 +17,11 @@ bool statPath(const VDString& path, struct stat& info) {
 
 std::FILE* const VDDiskServer::s_invalidFile = nullptr;
 
+// Opened without waiting on a FIFO, and for reading only a regular file: a device such
+// as /dev/zero would have every read of a binary or configuration file "succeed".
 std::FILE* VDDiskServer::fileOpen(const VDString& path, const VDString& mode) {
-    return std::fopen(path.getValidFilePath(), mode.c_str());
+    std::string reason;
+    return neq::files::openStream(path.getValidFilePath(), mode.c_str(), reason);
 }
 
 long long VDDiskServer::fileSize(std::FILE* file) {

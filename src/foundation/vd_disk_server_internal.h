@@ -30,6 +30,12 @@ class OwnedDescriptor {
     ~OwnedDescriptor() { close(); }
     int get() const { return fd_; }
     bool isOpen() const { return fd_ >= 0; }
+    // Hands the descriptor over, no longer to be closed here.
+    int release() {
+        const int fd = fd_;
+        fd_ = -1;
+        return fd;
+    }
     // Closes now; false when the system reports that the data could not be saved.
     bool close();
 

@@ -13,13 +13,18 @@ void VDLogServer::init(bool) {
     ::gettimeofday(&s_startTimeVal, nullptr);
 }
 
-// The margin text is two blanks per unit. The margin is capped so that this length fits
-// an int, and arithmetic on it never overflows.
+// The margin text is two blanks per unit, but never longer than kLongestMarginText: no
+// text is ever shown, and a margin pushed to INT_MAX / 2 by a stray increment would
+// otherwise build a string of gigabytes. The number itself is capped only so that
+// arithmetic on it never overflows.
 void VDLogServer::setMargin(long long margin) {
+    constexpr int kLongestMarginText = 1024;
     if (margin > INT_MAX / 2) margin = INT_MAX / 2;
     if (margin < INT_MIN) margin = INT_MIN;
     m_curMarginOffset = static_cast<int>(margin);
-    m_curMarginOffsetString.create(2 * m_curMarginOffset, ' ');
+    const int blanks =
+        m_curMarginOffset > kLongestMarginText / 2 ? kLongestMarginText : 2 * m_curMarginOffset;
+    m_curMarginOffsetString.create(blanks, ' ');
 }
 
 void VDLogServer::setMarginOffset(int n) {

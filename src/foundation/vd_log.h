@@ -29,7 +29,7 @@ class NEQBRIDGE_API VDLogServer {
 
     static bool m_initialized;
     static int m_curMarginOffset;
-    // Two blanks per margin unit; empty at 0 or below.
+    // Two blanks per margin unit, at most 1024; empty at 0 or below.
     static VDString m_curMarginOffsetString;
 
   private:

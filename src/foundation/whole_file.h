@@ -1,13 +1,90 @@
 #pragma once
 
+// Opening files without waiting, and whole-file reads: every reader of a file in the
+// library and the tool stands on these, so a FIFO, a device or a folder given as input
+// is refused in one place, with its reason.
+
+#include <sys/types.h>
+
+#include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
+
+namespace neq::files {
+
+// What a path may name to be opened.
+enum class Kind {
+    regularFile, // read whole: anything else has no end to reach, or none worth waiting for
+    anyFile,     // written to: a device such as /dev/null is fine; a folder is not
+};
+
+// Opens path with `flags` (O_CLOEXEC added) without waiting for the other end of a
+// FIFO, then makes the descriptor blocking again for the transfers. A folder, and under
+// Kind::regularFile anything that is not a regular file, is refused. The descriptor,
+// or -1 with errno set and the reason in words: the system's ("No such file or
+// directory"), "it is a folder, not a file" (errno EISDIR), "it is not a regular file",
+// or, for writing, "it is a FIFO or socket that nobody reads".
+int openFile(const char* path, int flags, Kind kind, std::string& reason, mode_t mode = 0666);
+
+// A C stream opened as fopen(path, mode) opens it, but through openFile: a mode that
+// reads ("r", "r+", "w+", "a+") takes regular files only, one that only writes any file.
+// Null, with the reason, when it cannot be opened or the mode is not one of fopen's.
+std::FILE* openStream(const char* path, const char* mode, std::string& reason);
+
+// Reads a regular file whole, refusing at once what openFile refuses under
+// Kind::regularFile, and a file of more than `largest` bytes ("File too large"). False
+// with the reason in words.
+bool readRegularFile(const char* path, std::string& bytes, std::string& reason,
+                     std::size_t largest = SIZE_MAX);
+bool readRegularFile(const char* path, std::vector<std::uint8_t>& bytes, std::string& reason);
+
+// A file's bytes read whole into memory that is not cleared first: for large files
+// that are only read, where zeroing the memory before the read would cost another pass.
+class FileBytes {
+  public:
+    std::string_view view() const { return {data_.get(), size_}; }
+
+  private:
+    friend bool readRegularFile(const char* path, FileBytes& bytes, std::string& reason);
+    std::unique_ptr<char[]> data_;
+    std::size_t size_ = 0;
+};
+
+// The same, into FileBytes.
+bool readRegularFile(const char* path, FileBytes& bytes, std::string& reason);
+
+// A regular file's bytes mapped into memory, read only: for large files that are
+// scanned once, where reading them would first clear and then fill as much memory.
+// Another process that shortens the file meanwhile makes reading past its new end fail,
+// so only files the program itself is not changing belong here.
+class MappedFile {
+  public:
+    MappedFile() = default;
+    MappedFile(const MappedFile&) = delete;
+    MappedFile& operator=(const MappedFile&) = delete;
+    ~MappedFile();
+    std::string_view view() const { return {data_, size_}; }
+
+  private:
+    friend bool mapRegularFile(const char* path, MappedFile& file, std::string& reason);
+    char* data_ = nullptr;
+    std::size_t size_ = 0;
+};
+
+// Maps a regular file whole, refusing what readRegularFile refuses.
+bool mapRegularFile(const char* path, MappedFile& file, std::string& reason);
+
+} // namespace neq::files
 
 namespace neq {
 
-// Reads the whole file at `path` with bulk reads. False when it cannot be opened for
-// reading; a directory counts as a file that cannot be opened. A read error ends the
-// file where it happened, as it would end a byte-wise reader.
+// Reads the whole regular file at `path`; false when it cannot be opened for reading
+// or is not a regular file (a folder, FIFO or device counts as a file that cannot be
+// opened), with bytes empty.
 bool readWholeFile(const char* path, std::vector<std::uint8_t>& bytes);
 
 // The host's byte-wise readers append their one-byte holder once more on the failing

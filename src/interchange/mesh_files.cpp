@@ -3,6 +3,7 @@
 #include "interchange/mesh.h"
 
 #include "foundation/atomic_file.h"
+#include "foundation/whole_file.h"
 #include "uvmerge/text_out.h"
 
 #include <cerrno>

@@ -85,7 +85,8 @@ class SceneScanner {
     bool readEdges(LineCursor& cursor);
     bool readFaces(LineCursor& cursor);
     bool readFace(LineCursor& cursor, long long face);
-    bool checkCount(int& count, const char* what, bool& seen);
+    bool checkCount(int& count, const char* what, bool& seen, std::size_t leastBytes,
+                    bool sizesArrays);
     void readRange(LineCursor& cursor);
     bool checkRange(const char* what, std::size_t count);
     void keep(std::size_t begin, std::size_t end);
@@ -102,7 +103,17 @@ class SceneScanner {
     bool rangeLinesKept_ = false;
     bool uvCountSeen_ = false, edgeCountSeen_ = false, faceCountSeen_ = false;
     std::size_t lineBegin_ = 0, lineNext_ = 0; // the line being scanned, with its terminator
+    // Bytes of the file not yet spoken for by the UV and edge counts: each entry they
+    // declare needs at least its own few bytes of text, and the arrays are sized by
+    // the counts, so together they can only be as large as the file allows.
+    std::size_t unclaimedBytes_ = input_.size();
 };
+
+// The least text an entry takes: a UV "0 0 ", an edge "0 0 0 ". Faces are appended as
+// they are read, not sized by their count, which only has to fit the file's bytes.
+constexpr std::size_t kLeastUvBytes = 4;
+constexpr std::size_t kLeastEdgeBytes = 6;
+constexpr std::size_t kLeastFaceBytes = 1;
 
 bool SceneScanner::scan() {
     std::size_t textEnd = input_.size();
@@ -144,7 +155,7 @@ bool SceneScanner::readHeader(LineCursor& cursor) {
     }
     if (consume(cursor, s_declareUVCountLineStart)) {
         int count = scanInt(cursor);
-        if (!checkCount(count, "UV", uvCountSeen_)) return false;
+        if (!checkCount(count, "UV", uvCountSeen_, kLeastUvBytes, true)) return false;
         platform::reserveLarge(scene_.uvs, static_cast<std::size_t>(count));
         scene_.uvs.assign(static_cast<std::size_t>(count), VDVector2f());
         mark(kUvCountMode);
@@ -166,12 +177,12 @@ bool SceneScanner::readHeader(LineCursor& cursor) {
         int count = scanInt(cursor);
         skipBlanks(cursor);
         if (consume(cursor, s_declareEdgeCountPostfix)) {
-            if (!checkCount(count, "edge", edgeCountSeen_)) return false;
+            if (!checkCount(count, "edge", edgeCountSeen_, kLeastEdgeBytes, true)) return false;
             platform::reserveLarge(scene_.edges, 2 * static_cast<std::size_t>(count));
             scene_.edges.assign(2 * static_cast<std::size_t>(count), 0);
             mode_ = kEdgeCountMode;
         } else if (consume(cursor, s_declareFaceCountPostfix)) {
-            if (!checkCount(count, "face", faceCountSeen_)) return false;
+            if (!checkCount(count, "face", faceCountSeen_, kLeastFaceBytes, false)) return false;
             scene_.faceEdges.clear();
             scene_.faceUVs.clear();
             // A face takes twenty-odd bytes of text, so the file's size caps what is
@@ -198,13 +209,18 @@ bool SceneScanner::readHeader(LineCursor& cursor) {
     return true;
 }
 
-bool SceneScanner::checkCount(int& count, const char* what, bool& seen) {
+// Counts that size arrays claim their least text from the bytes not yet claimed.
+bool SceneScanner::checkCount(int& count, const char* what, bool& seen, std::size_t leastBytes,
+                              bool sizesArrays) {
     if (seen) return refuse(std::string("a second ") + what + " count line (one mesh per file)");
     seen = true;
-    if (count > 0 && static_cast<std::size_t>(count) > input_.size())
-        return refuse(std::string(what) + " count " + std::to_string(count) +
-                      " is more than the file has bytes (" + std::to_string(input_.size()) + ")");
     count = std::max(count, 0); // a negative count declares nothing
+    const std::size_t available = sizesArrays ? unclaimedBytes_ : input_.size();
+    if (static_cast<std::size_t>(count) > available / leastBytes)
+        return refuse(std::string(what) + " count " + std::to_string(count) +
+                      " is more than the file can hold (" + std::to_string(input_.size()) +
+                      " bytes)");
+    if (sizesArrays) unclaimedBytes_ -= static_cast<std::size_t>(count) * leastBytes;
     return true;
 }
 

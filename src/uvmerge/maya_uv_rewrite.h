@@ -13,8 +13,10 @@
 // dropped, and everything after the "// End of " line, which is cut. Lines end at "\n"
 // or "\r", so a CR LF pair also ends an empty line.
 //
-// Refused, instead of producing a damaged scene: a count line declaring more entries
-// than the file has bytes, a second UV, edge or face count line (one mesh per file), a
+// Refused, instead of producing a damaged scene: count lines declaring more entries
+// than the file can hold (together, at 4 bytes a UV and 6 an edge; faces at 1 byte
+// each), so that the arrays sized by them stay within a small multiple of the file's
+// size, a second UV, edge or face count line (one mesh per file), a
 // UV or edge range outside its declared count, an edge naming a vertex beyond what the
 // file could hold, a face with other than 3 or 4 corners, a face whose "mu" part is
 // missing or counts other than its corners, a face edge outside the declared edges, a

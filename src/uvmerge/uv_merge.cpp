@@ -8,6 +8,7 @@
 #include <climits>
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <unordered_map>
 #include <vector>
 
@@ -89,9 +90,35 @@ int numberGroup(const int* group, std::size_t size, const CornerUvs& values, VDA
 
 // The corners of every vertex, vertex after vertex, each vertex's corners from the
 // highest corner number down: the order in which UV numbers are handed out. On return
-// start[v] .. start[v + 1] is vertex v's run in `order`.
+// the runs start[r] .. start[r + 1] of `order` are the vertices' corner lists in
+// increasing vertex order (empty runs allowed).
+//
+// Up to this many vertex numbers per corner (plus the constant) a table with one run
+// per vertex number is filled in linear time. Vertex numbers far beyond the corners
+// would make that table mostly empty and as large as the largest number, so the
+// corners are sorted instead, with the same order and only their own size.
+constexpr std::size_t kVerticesPerCorner = 4;
+constexpr std::size_t kVertexTableSlack = 1024;
+
 void groupCornersByVertex(const VDArray<int>& vertIndices, int vertexCount, std::vector<int>& start,
                           std::vector<int>& order) {
+    const int cornerCount = static_cast<int>(vertIndices.size());
+    if (static_cast<std::size_t>(vertexCount) >
+        kVerticesPerCorner * vertIndices.size() + kVertexTableSlack) {
+        for (int corner = 0; corner < cornerCount; ++corner)
+            if (vertIndices[static_cast<std::size_t>(corner)] >= 0) order.push_back(corner);
+        const auto vertexOf = [&](int corner) {
+            return vertIndices[static_cast<std::size_t>(corner)];
+        };
+        std::sort(order.begin(), order.end(), [&](int a, int b) {
+            return vertexOf(a) != vertexOf(b) ? vertexOf(a) < vertexOf(b) : a > b;
+        });
+        for (std::size_t at = 0; at < order.size(); ++at)
+            if (at == 0 || vertexOf(order[at]) != vertexOf(order[at - 1]))
+                start.push_back(static_cast<int>(at));
+        start.push_back(static_cast<int>(order.size()));
+        return;
+    }
     neq::platform::reserveLarge(start, static_cast<std::size_t>(vertexCount) + 1);
     start.assign(static_cast<std::size_t>(vertexCount) + 1, 0);
     for (int vertex : vertIndices)
@@ -103,7 +130,6 @@ void groupCornersByVertex(const VDArray<int>& vertIndices, int vertexCount, std:
     order.resize(static_cast<std::size_t>(end));
     // Filling each run from its end with rising corner numbers leaves it descending and
     // moves start[v] back to the run's beginning.
-    const int cornerCount = static_cast<int>(vertIndices.size());
     for (int corner = 0; corner < cornerCount; ++corner) {
         const int vertex = vertIndices[static_cast<std::size_t>(corner)];
         if (vertex >= 0)
@@ -114,8 +140,10 @@ void groupCornersByVertex(const VDArray<int>& vertIndices, int vertexCount, std:
 
 } // namespace
 
+// Its arguments change only at the very end, by swaps that cannot fail, so a failed
+// allocation leaves them as they were; it is reported like any refusal, as false.
 bool VDUVMergeAlgo::mergeUVs(VDArray<VDVector2f>& uvs, VDArray<int>& uvIndices,
-                             const VDArray<int>& vertIndices, int nbVertices) {
+                             const VDArray<int>& vertIndices, int nbVertices) try {
     if (uvs.empty() || vertIndices.empty()) return false;
     const std::size_t cornerCount = vertIndices.size();
     if (cornerCount > static_cast<std::size_t>(INT_MAX)) return false;
@@ -138,9 +166,9 @@ bool VDUVMergeAlgo::mergeUVs(VDArray<VDVector2f>& uvs, VDArray<int>& uvIndices,
     neq::platform::reserveLarge(numbers, cornerCount);
     numbers.assign(cornerCount, -1);
     int uvCount = 0;
-    for (int vertex = 0; vertex < nbVertices; ++vertex) {
-        const int begin = start[static_cast<std::size_t>(vertex)];
-        const int end = start[static_cast<std::size_t>(vertex) + 1];
+    for (std::size_t run = 0; run + 1 < start.size(); ++run) {
+        const int begin = start[run];
+        const int end = start[run + 1];
         uvCount = numberGroup(order.data() + begin, static_cast<std::size_t>(end - begin), values,
                               numbers, uvCount);
     }
@@ -156,4 +184,6 @@ bool VDUVMergeAlgo::mergeUVs(VDArray<VDVector2f>& uvs, VDArray<int>& uvIndices,
     uvs.swap(merged);
     uvIndices.swap(numbers);
     return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }

@@ -6,8 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 namespace neq::test {
 namespace {
@@ -21,13 +24,10 @@ std::string str(const VDString& s) {
 
 // Unset or empty, the variable leaves the standard names; set, it moves all of them.
 TEST(SharedFolder, TheVariableMovesEveryName) {
-    const std::pair<const char*, const char*> cases[] = {{nullptr, "/Users/Shared/Vandrel"},
-                                                         {"", "/Users/Shared/Vandrel"},
-                                                         {"/srv/bridge", "/srv/bridge"},
-                                                         {"/srv/bridge///", "/srv/bridge"},
-                                                         {"relative/dir/", "relative/dir"},
-                                                         {"/", ""},
-                                                         {" ", " "}};
+    const std::pair<const char*, const char*> cases[] = {
+        {nullptr, "/Users/Shared/Vandrel"}, {"", "/Users/Shared/Vandrel"},
+        {"/srv/bridge", "/srv/bridge"},     {"/srv/bridge///", "/srv/bridge"},
+        {"relative/dir/", "relative/dir"},  {" ", " "}};
     for (const auto& [value, folder] : cases) {
         SCOPED_TRACE(value ? value : "(unset)");
         const SharedFolderNames names = sharedFolderNamesFor(value);
@@ -39,6 +39,40 @@ TEST(SharedFolder, TheVariableMovesEveryName) {
         EXPECT_EQ(str(names.projectsFolder), root + "/NeQProjects");
         EXPECT_EQ(str(names.defaultProjectFolder), root + "/NeQProjects/Default");
     }
+}
+
+// The root, however spelt, would spread the tree over "/": it is refused, leaving every
+// name empty (no folder to use).
+TEST(SharedFolder, TheRootIsRefused) {
+    TempDir dir;
+    ASSERT_EQ(::symlink("/", dir.file("root").c_str()), 0);
+    for (const std::string& value :
+         std::vector<std::string>{"/", "//", "/./", "/tmp/..", "/..//.", dir.file("root")}) {
+        const SharedFolderNames names = sharedFolderNamesFor(value.c_str());
+        EXPECT_TRUE(names.rootRefused) << value;
+        for (const VDString* name : {&names.publicFolder, &names.appsFolder, &names.brushFolder,
+                                     &names.projectsFolder, &names.defaultProjectFolder})
+            EXPECT_EQ(str(*name), "") << value;
+    }
+    for (const char* value : {"/tmp", "/tmp/../srv", "..", "."})
+        EXPECT_FALSE(sharedFolderNamesFor(value).rootRefused) << value;
+}
+
+// An application is one plain folder name under NeQApps; anything else would lead out
+// of it, so its paths are empty, nothing is found and nothing written.
+TEST(SharedFolder, ApplicationNamesAreOnePlainFolderName) {
+    for (const char* app : {"../../trav", "..", ".", "", "a/b", "a\\b", "/abs"}) {
+        const VDString name(app);
+        EXPECT_FALSE(VDNeQ::isAppName(name)) << app;
+        EXPECT_EQ(str(VDNeQ::getAppFolder(name)), "") << app;
+        EXPECT_EQ(str(VDNeQ::getAppFile(name, VDString("NeQ_Config.txt"))), "") << app;
+        bool found = true;
+        EXPECT_EQ(str(VDNeQ::readAppPath(name, &found)), "") << app;
+        EXPECT_FALSE(found) << app;
+        EXPECT_FALSE(VDNeQ::writeAppPath(name, VDString("/x"))) << app;
+    }
+    for (const char* app : {"Maya", "...", "a.b", "my app"})
+        EXPECT_TRUE(VDNeQ::isAppName(VDString(app))) << app;
 }
 
 // The names this process loaded with (the variable is normally unset under test; the

@@ -67,6 +67,10 @@ TEST_F(BlendCommand, ChecksEveryTargetBeforeTouchingTheBase) {
         {"blend NoBase.ma Smile.ma", 1, "blend: cannot open input 'NoBase.ma': No such file"},
         {"blend Head.ma Smile.ma Head.ma", 1,
          "blend: output 'Head.ma' is the input 'Head.ma' (the same file)"},
+        // A name that would end its quoted string, even of a file that is not there.
+        {"blend Head.ma Smile.ma 't\";system(\"id\");\".ma'", 1,
+         "blend: target scene 't\";system(\"id\");\".ma' has a name with a double quote"},
+        {"blend \"$(printf 'B\\tx.ma')\" Smile.ma", 1, "blend: base scene 'B\tx.ma' has a name"},
     });
     EXPECT_EQ(readFile(dir.file("Head.ma")), sceneText("Head.ma"));
     EXPECT_EQ(listFolder(dir.path()),

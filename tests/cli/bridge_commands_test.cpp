@@ -134,6 +134,15 @@ TEST(BridgeCommand, ReadsAndWritesInstalledLocations) {
     EXPECT_EQ(readFile(dir.file("NeQBrush/NeQ_Config.txt")),
               "PATH = \"/Applications/Clay vo.app\"\n");
 
+    // The root as the shared folder would spread the tree over the whole system.
+    for (const char* root : {"/", "//", "/tmp/.."})
+        expectRuns({{"bridge paths", 1,
+                     "neqbridge bridge: NEQBRIDGE_PUBLIC_FOLDER '" + std::string(root) +
+                         "' is the root folder; the shared folder tree needs a folder of its "
+                         "own"},
+                    {"bridge init /", 1, "neqbridge bridge: DIR '/' is the root folder"}},
+                   std::string("NEQBRIDGE_PUBLIC_FOLDER=") + root);
+
     TempDir empty;
     expectRuns({{"bridge host-path", 1, "no host path recorded"},
                 {"bridge host-path /x", 1, "the folder '" + empty.path() + "/NeQBrush/'"}},

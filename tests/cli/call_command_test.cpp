@@ -27,5 +27,18 @@ TEST(CallCommand, CallsShareOneLibraryAndUnknownEntriesOrLibrariesFail) {
                "NEQBRIDGE_LIBRARY=/nonexistent/none.so");
 }
 
+// The output buffer holds whatever the entry can write: a unique name longer than the
+// usual 64 KiB overflowed it (even 65,530 bytes sent twice, by one byte). The shell
+// makes the names, since one command line may not hold both.
+TEST(CallCommand, OutputBufferHoldsTheLongestUniqueName) {
+    for (const std::size_t length : {65530u, 70000u}) {
+        const std::string name(length, 'n');
+        const ToolRun run = runTool("call CheckName \"$n\" -- CheckName \"$n\"", false,
+                                    "n=$(printf %0" + std::to_string(length) + "d 0 | tr 0 n) &&");
+        EXPECT_EQ(run.exitCode, 0) << length;
+        EXPECT_TRUE(run.output == "0\t" + name + "\n0\t" + name + "_copy1\n") << length;
+    }
+}
+
 } // namespace
 } // namespace neq::test

@@ -86,6 +86,29 @@ TEST_F(TilesCommand, RefusesFoldersAndDevicesAndLeavesNoPartialFiles) {
     EXPECT_TRUE(listFolder(dir.file("sub")).empty());
 }
 
+// A small mesh can name thousands of tiles: past 1000 files or 1 GiB the split says what
+// it would write and writes nothing, unless --force.
+TEST_F(TilesCommand, RefusesRunawaySplitsUnlessForced) {
+    std::vector<UvRecord> manyTiles, bigFiles(34000, UvRecord{0.5f, 0.5f, 0, 0, 0, 0, 0, 0});
+    for (int tile = 0; tile < 1001; ++tile)
+        manyTiles.push_back({tile + 0.5f, 0.5f, 0, 0, 0, 0, 0, 0});
+    for (int tile = 1; tile < 1000; ++tile)
+        bigFiles[static_cast<std::size_t>(tile)][0] = tile + 0.5f;
+    meshfile::writeBytesToFile(dir.file("many.NeQ"), uvFile(manyTiles));
+    meshfile::writeBytesToFile(dir.file("big.NeQ"), uvFile(bigFiles));
+    // Forced, the split goes on to write (here into a folder that is not there).
+    expectRuns({{"tiles many.NeQ t --split", 1,
+                 "neqbridge tiles: splitting 'many.NeQ' would write 1001 tile files of "},
+                {"tiles many.NeQ t --split", 1,
+                 " bytes in all (more than 1000 files); nothing was written; add --force to "
+                 "write them\n"},
+                {"tiles big.NeQ t --split", 1, "(more than 1 GiB); nothing was written"},
+                {"tiles many.NeQ none/t --split --force", 1,
+                 "tiles: cannot create output 'none/t0.NeQ': No such file"}},
+               "cd " + dir.path() + " &&");
+    EXPECT_EQ(listFolder(dir.path()), (std::vector<std::string>{"big.NeQ", "m.NeQ", "many.NeQ"}));
+}
+
 TEST_F(TilesCommand, TranslatesReadFailuresAndRejectsWrongCommandLines) {
     const std::string missing = dir.file("none.NeQ");
     const std::string noGroups = dir.file("faces.NeQ");

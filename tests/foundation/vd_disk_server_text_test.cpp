@@ -36,17 +36,6 @@ TEST(VDDiskServerText, ReadsSmallRegularFilesWhole) {
     EXPECT_EQ(readText(vd(dir.file("none"))), Result(false, ""));
 }
 
-TEST(VDDiskServerText, FoldersFifosAndDevicesFailAtOnce) {
-    using Result = std::pair<bool, std::string>;
-    TempDir dir;
-    ASSERT_EQ(::mkfifo(dir.file("fifo").c_str(), 0644), 0);
-    // Nobody ever writes to the FIFO: a reader that waited for a writer would hang here.
-    EXPECT_EQ(readText(vd(dir.file("fifo"))), Result(false, ""));
-    EXPECT_EQ(readText(onVolume(dir.path())), Result(false, ""));
-    EXPECT_EQ(readText(vd("/dev/zero")), Result(false, ""));
-    EXPECT_EQ(readText(vd("/dev/null")), Result(false, ""));
-}
-
 TEST(VDDiskServerText, WritesAfterEmptyingTheFile) {
     TempDir dir;
     const std::string file = dir.file("a");

@@ -28,9 +28,12 @@ TEST(LogServer, MarginBookkeeping) {
     EXPECT_TRUE(VDLogServer::m_curMarginOffsetString.isEmpty());
     VDLogServer::incrMarginOffset(3);
     EXPECT_EQ(margin(), "  ");
-    // Huge steps neither overflow nor wrap.
+    // Huge steps neither overflow nor wrap, and the text they would make stays short.
     VDLogServer::decrMarginOffset(INT_MIN);
-    EXPECT_GT(VDLogServer::m_curMarginOffset, 0);
+    EXPECT_EQ(VDLogServer::m_curMarginOffset, INT_MAX / 2);
+    EXPECT_EQ(VDLogServer::m_curMarginOffsetString.length(), 1024);
+    VDLogServer::setMarginOffset(512);
+    EXPECT_EQ(VDLogServer::m_curMarginOffsetString.length(), 1024);
     VDLogServer::setMarginOffset(0);
 
     // Inert output.

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <stdexcept>
 
 namespace neq::test {
@@ -40,6 +41,20 @@ bool runInChild(const ChildSetup& setup, const std::function<bool()>& body) {
         if (errno != EINTR) throw std::runtime_error("waitpid failed");
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) <= 1) << "child status " << status;
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+bool limitAddressSpace(rlim_t bytes) {
+    if (kAddressSanitizer) return true;
+    const rlimit limit{bytes, bytes};
+    return ::setrlimit(RLIMIT_AS, &limit) == 0;
+}
+
+std::size_t addressSpaceInUse() {
+    std::FILE* statm = std::fopen("/proc/self/statm", "r");
+    unsigned long pages = 0;
+    if (statm == nullptr || std::fscanf(statm, "%lu", &pages) != 1) pages = 0;
+    if (statm != nullptr) std::fclose(statm);
+    return pages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
 }
 
 void handToUnprivilegedUser(const std::string& path) {

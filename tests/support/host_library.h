@@ -23,14 +23,11 @@ class HostLibrary {
     // Calls an entry with a text (null allowed), an ignored number and an output
     // buffer; throws if the entry is missing.
     float call(const char* name, const char* text = nullptr, char* out = nullptr) const;
-    // A typed export, by its C++ (mangled) name, typed like `declared` (its declaration
-    // in the library's header); throws if it is missing.
-    template <typename F> F* function(F& /*declared*/, const char* mangledName) const {
-        return reinterpret_cast<F*>(required(mangledName));
-    }
-    // An exported variable, by its C++ (mangled) name; throws if it is missing.
-    template <typename T> T& variable(const char* mangledName) const {
-        return *static_cast<T*>(required(mangledName));
+    // An exported variable with a plain (C) name; throws if it is missing. Typed
+    // exports with C++ names are reached through the public header instead, by linking
+    // the library: their symbol names differ between C++ standard libraries.
+    template <typename T> T& variable(const char* name) const {
+        return *static_cast<T*>(required(name));
     }
 
   private:

@@ -18,9 +18,13 @@ TempDir::TempDir() {
 
 TempDir::~TempDir() {
     std::error_code ignored;
-    // Tests may leave read-only files or folders behind; make them removable first.
+    // Tests may leave read-only folders behind; make them removable first. Links are
+    // never followed: chmod through a test's link to "/" or "/dev/zero" would change the
+    // machine's own files.
+    ::chmod(path_.c_str(), 0700);
     for (const auto& entry : std::filesystem::recursive_directory_iterator(path_, ignored))
-        ::chmod(entry.path().c_str(), 0700);
+        if (entry.symlink_status(ignored).type() == std::filesystem::file_type::directory)
+            ::chmod(entry.path().c_str(), 0700);
     std::filesystem::remove_all(path_, ignored);
 }
 

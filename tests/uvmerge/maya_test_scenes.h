@@ -77,10 +77,9 @@ inline std::vector<RefusedScene> refusedScenes() {
     return {
         {"-s 4 \".uvst", "-s 0 \".uvst", "UV range 0:3 lies outside the UV count 0"},
         {"-s 4 \".uvst", "-s 99999999999 \".uvst",
-         "line 2: UV count 2147483647 is more than the file has bytes"},
-        {"-s 4 \".ed\"", "-s 400 \".ed\"",
-         "line 5: edge count 400 is more than the file has bytes"},
-        {"-s 1 \".fc\"", "-s 100000 \".fc\"", "face count 100000 is more than the file has bytes"},
+         "line 2: UV count 2147483647 is more than the file can hold"},
+        {"-s 4 \".ed\"", "-s 400 \".ed\"", "line 5: edge count 400 is more than the file can hold"},
+        {"-s 1 \".fc\"", "-s 100000 \".fc\"", "face count 100000 is more than the file can hold"},
         {"uvsp[0:3]", "uvsp[0:4]", "line 3: UV range 0:4 lies outside the UV count 4"},
         {"uvsp[0:3]", "uvsp[-1:3]", "UV range -1:3 lies outside the UV count 4"},
         {"\".ed[0:3]\"", "\".ed[1:4]\"", "line 6: edge range 1:4 lies outside the edge count 4"},

@@ -1,7 +1,10 @@
 #include "uvmerge/vd_uv_merge_algo.h"
 
+#include "support/child_process.h"
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -94,18 +97,20 @@ Case randomCase(std::mt19937& random) {
     Case c;
     const int corners = 1 + pick(300);
     const int vertices = 1 + pick(pick(4) == 0 ? 3 : 40);
+    // Now and then vertex numbers far beyond the corners (a sparse numbering).
+    const int spread = pick(4) == 0 ? 5000 : 1;
     const int values = 1 + pick(40);
     for (int i = 0; i < values; ++i)
         c.uvs.push_back({pool[pick(10)], pool[pick(10)]});
     const bool perCorner = pick(4) == 0;
     for (int i = 0; i < corners; ++i) {
-        c.vertIndices.push_back(pick(8) == 0 ? -1 - pick(3) : pick(vertices));
+        c.vertIndices.push_back(pick(8) == 0 ? -1 - pick(3) : pick(vertices) * spread);
         if (!perCorner) c.uvIndices.push_back(pick(8) == 0 ? -1 - pick(5) : pick(values));
     }
     if (perCorner)
         while (static_cast<int>(c.uvs.size()) < corners + pick(3))
             c.uvs.push_back({pool[pick(10)], pool[pick(10)]});
-    c.nbVertices = pick(2) == 0 ? -1 : vertices + pick(3);
+    c.nbVertices = pick(2) == 0 ? -1 : (vertices - 1) * spread + 1 + pick(3);
     return c;
 }
 
@@ -113,6 +118,31 @@ TEST(UvMerge, MatchesThePlainWeldOnRandomMeshes) {
     std::mt19937 random(20240610);
     for (int seed = 0; seed < 3000; ++seed)
         expectSameAsModel(randomCase(random), seed);
+}
+
+// A corner on vertex 2,147,483,646 once took a table of 8 GiB, and an allocation
+// failure escaped as an exception; under 1 GiB of address space it welds at once.
+TEST(UvMerge, HugeVertexNumbersCostOnlyTheCorners) {
+    EXPECT_TRUE(neq::test::runInChild({}, [] {
+        if (!neq::test::limitAddressSpace(rlim_t{1} << 30)) return false;
+        Uvs uvs = {{0.5f, 0.5f}, {0.5f, 0.5f}, {1, 1}};
+        Ints uvIndices = {0, 1, 2};
+        const int huge = std::numeric_limits<int>::max() - 1;
+        return VDUVMergeAlgo::mergeUVs(uvs, uvIndices, {huge, huge, 7}, -1) &&
+               uvIndices == Ints{1, 1, 0} && uvs == Uvs{{1, 1}, {0.5f, 0.5f}};
+    }));
+    // A failed allocation is a refusal that leaves the arguments as they were.
+    if (neq::test::kAddressSanitizer) return;
+    EXPECT_TRUE(neq::test::runInChild({}, [] {
+        const std::size_t corners = 4000000;
+        Uvs uvs(corners, VDVector2f(1, 2));
+        Ints uvIndices(corners, 0);
+        const Ints vertIndices(corners, 3);
+        if (!neq::test::limitAddressSpace(neq::test::addressSpaceInUse() + (8u << 20)))
+            return false;
+        return !VDUVMergeAlgo::mergeUVs(uvs, uvIndices, vertIndices, -1) && uvs.size() == corners &&
+               std::all_of(uvIndices.begin(), uvIndices.end(), [](int i) { return i == 0; });
+    }));
 }
 
 TEST(UvMerge, NumbersByVertexThenByDescendingCorner) {

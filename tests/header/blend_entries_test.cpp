@@ -1,6 +1,7 @@
-#include "blend/node_name.h"
 #include "support/host_library.h"
 #include "support/temp_dir.h"
+
+#include <neqbridge/neqbridge.hpp>
 
 #include <gtest/gtest.h>
 
@@ -32,8 +33,8 @@ class BlendEntries : public ::testing::Test {
     }
     std::string scene(const std::string& name) const { return readFile(dir.file(name)); }
     HostLibrary library;
-    // The library's own shared name list, exported as data under its C++ name.
-    const Names& names = library.variable<Names>("_Z9UVTileStrB5cxx11");
+    // The library's own shared name list, exported as data.
+    Names& names = UVTileStr;
     TempDir dir;
 };
 
@@ -92,6 +93,32 @@ TEST_F(BlendEntries, FailuresRecordTheNameAndLeaveTheBaseUnchanged) {
     EXPECT_FALSE(fileExists(dir.file("NoBase.ma")));
 }
 
+// A name that would end its quoted string in the statements is refused before it is
+// recorded or any file is touched; dots stay fine.
+TEST_F(BlendEntries, NamesThatWouldBreakOutOfTheirQuotesAreRefused) {
+    writeFile(dir.file("Head.ma"), "base\n");
+    for (const char* name :
+         {"t\";system(\"id > pwned.txt\");\"", "tab\tx", "nl\nx", "del\x7f", "\x01"}) {
+        const std::string file = std::string(name) + ".ma";
+        writeFile(dir.file(file), "target\n");
+        EXPECT_EQ(add(file, "Head.ma"), -1760.0f) << name;
+        writeFile(dir.file(file), "base\n");
+        EXPECT_EQ(add("Head.ma", file), -2760.0f) << name;
+        EXPECT_EQ(finish(file), -2760.0f) << name;
+        EXPECT_EQ(scene(file), "base\n") << name;
+    }
+    EXPECT_EQ(names, Names{});
+    EXPECT_EQ(scene("Head.ma"), "base\n");
+    names.push_back("evil\"");
+    EXPECT_EQ(finish("Head.ma"), -2760.0f) << "a name put on the list directly";
+    names.clear();
+    for (const char* name : {"a.b", "Head.v1"}) {
+        writeFile(dir.file(std::string(name) + ".ma"), "t\n");
+        EXPECT_EQ(add(std::string(name) + ".ma", "Head.ma"), 0.0f) << name;
+    }
+    EXPECT_EQ(names, (Names{"a.b", "Head.v1"}));
+}
+
 // A file size limit makes the append fail partway, after the base opened fine: the
 // scene is cut back to what it was.
 TEST_F(BlendEntries, UnwritableBaseGivesItsCodeAndStaysUnchanged) {
@@ -135,13 +162,6 @@ TEST_F(BlendEntries, BaseThatCannotBeOpenedForWritingGivesItsCodeAndStaysUnchang
     EXPECT_EQ(library.call("addBlendFile", dir.file("Smile.ma").c_str(), base.data()), -3760.0f);
     EXPECT_EQ(library.call("endBlendFile", base.c_str()), -3760.0f);
     EXPECT_EQ(readFile(base), before);
-}
-
-TEST(NodeName, OnlyLettersDigitsUnderscoresAndNamespacesArePlain) {
-    for (const char* plain : {"Smile", "_a1", "Head:defaultMat", "a_B_9"})
-        EXPECT_TRUE(blend::isPlainNodeName(plain)) << plain;
-    for (const char* odd : {"", "2nd", "my head", "a-b", "a.b", "Sm\xC3\xADle", "a\"b"})
-        EXPECT_FALSE(blend::isPlainNodeName(odd)) << odd;
 }
 
 } // namespace

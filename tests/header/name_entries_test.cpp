@@ -1,0 +1,42 @@
+// The unique-name entries as the host reaches them, with the registry they share with
+// the typed exports.
+
+#include "support/host_library.h"
+
+#include <neqbridge/neqbridge.hpp>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <set>
+#include <string>
+
+namespace neq::test {
+namespace {
+
+// The host's view: CheckName and ClearNameSet over the exported `nameSet`, shared with
+// the typed exports.
+TEST(NameEntries, NamesStayReservedInTheExportedSetUntilCleared) {
+    HostLibrary library;
+    const std::set<std::string>& registry = nameSet;
+    const auto check = [&](const char* name) {
+        char out[256] = "untouched";
+        EXPECT_EQ(library.call("CheckName", name, out), 0.0f);
+        return std::string(out);
+    };
+    ASSERT_EQ(library.call("ClearNameSet"), 0.0f);
+    EXPECT_EQ(check("my head"), "my_head");
+    EXPECT_EQ(check(nullptr), "");
+    EXPECT_EQ(library.call("CheckName", "A", nullptr), 0.0f) << "a null out only skips the copy";
+    char a[] = "A";
+    const std::unique_ptr<char[]> typed(NameCheck(a));
+    EXPECT_STREQ(typed.get(), "A_copy1");
+    EXPECT_EQ(registry, (std::set<std::string>{"", "A", "A_copy1", "my_head"}));
+
+    EXPECT_EQ(library.call("ClearNameSet"), 0.0f);
+    EXPECT_TRUE(registry.empty());
+    EXPECT_EQ(check("my head"), "my_head");
+}
+
+} // namespace
+} // namespace neq::test
