@@ -132,6 +132,11 @@ class GltfReader {
     std::vector<std::uint32_t> indices(int index, std::size_t vertices) const {
         const std::vector<float> asFloats = floats(index, "indices", 1); // checks the index
         const tinygltf::Accessor& accessor = model_.accessors[static_cast<std::size_t>(index)];
+        if (accessor.componentType != TINYGLTF_COMPONENT_TYPE_UNSIGNED_BYTE &&
+            accessor.componentType != TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT &&
+            accessor.componentType != TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT)
+            fail("indices: accessor " + std::to_string(index) + " has component type " +
+                 std::to_string(accessor.componentType) + ", not an unsigned integer type");
         std::vector<std::uint32_t> out(asFloats.size());
         if (accessor.componentType == TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT) {
             const std::string_view bytes = viewBytes(accessor.bufferView, "indices");
