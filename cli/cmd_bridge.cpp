@@ -1,4 +1,5 @@
 #include "args.h"
+#include "bridge_transfer.h"
 #include "command.h"
 #include "files.h"
 
@@ -113,6 +114,11 @@ void requireOneLine(const std::string& path) {
         throw UsageError("PATH must be one line, not empty");
 }
 
+BridgeFolders transferFolders(const bridge::SharedFolderNames& names) {
+    return {names.brushFolder.c_str(), names.appsFolder.c_str(),
+            names.defaultProjectFolder.c_str()};
+}
+
 int run(const std::vector<std::string>& args) {
     const ParsedArgs parsed = parseArgs(kBridgeCommand, args);
     parsed.requirePositionals(1, 3);
@@ -145,8 +151,20 @@ int run(const std::vector<std::string>& args) {
             requireOneLine(p[2]);
             writePathEntry(configFile, p[2]);
         }
+    } else if (p[0] == "register-app") {
+        parsed.requirePositionals(2, 2);
+        registerApp(transferFolders(names), p[1], parsed.value("--path"));
+    } else if (p[0] == "send") {
+        parsed.requirePositionals(2, 2);
+        const std::optional<std::string> app = parsed.value("--app");
+        if (!app) throw UsageError("send needs --app APP");
+        sendToApp(transferFolders(names), p[1], *app, parsed.has("--background"));
+    } else if (p[0] == "receive") {
+        parsed.requirePositionals(2, 2);
+        receiveObjects(transferFolders(names), p[1]);
     } else {
-        throw UsageError("unknown action '" + p[0] + "' (init, paths, host-path or app-path)");
+        throw UsageError("unknown action '" + p[0] +
+                         "' (init, paths, host-path, app-path, register-app, send or receive)");
     }
     return kExitOk;
 }
@@ -156,20 +174,31 @@ int run(const std::vector<std::string>& args) {
 const Command kBridgeCommand = {
     "bridge",
     "the bridge's shared folders and installed-location files",
-    "init [DIR] | paths | host-path [PATH] | app-path APP [PATH]",
+    "init [DIR] | paths | host-path [PATH] | app-path APP [PATH] | "
+    "register-app APP [--path PROGRAM] | send FILE.NeQ --app APP [--background] | receive DIR",
     "init creates the bridge's shared folder tree (the public folder, NeQBrush, NeQApps "
     "and NeQProjects/Default) in DIR or the shared folder; the library never creates "
     "it. paths lists the bridge's shared folders and whether each exists. host-path prints "
     "the host's installed location, the PATH entry of NeQBrush/NeQ_Config.txt, or "
     "records PATH there; app-path does the same for the target application APP in "
-    "NeQApps/APP/NeQ_Config.txt; these never create folders. The shared folder is "
+    "NeQApps/APP/NeQ_Config.txt; these never create folders. register-app makes "
+    "NeQApps/APP, records the program (found on PATH without --path) and writes the "
+    "description NeQApps/APP/NeQ_App.txt with the flags the application needs (APP: "
+    "Blender). send copies the mesh into NeQProjects/Default, names it in "
+    "NeQBrush/NeQ_ObjectList.txt (one name per line) and NeQ_ObjectPath.txt, and starts "
+    "the application, which imports it; receive copies the listed meshes into DIR and "
+    "prints each file written. The shared folder is "
     "/Users/Shared/Vandrel unless the environment variable NEQBRIDGE_PUBLIC_FOLDER "
     "names another (a relative one is taken from the working folder).",
-    {{"init|paths|host-path|app-path", "the action"},
-     {"APP", "for app-path: its folder name under NeQApps"},
+    {{"init|paths|host-path|app-path|register-app|send|receive", "the action"},
+     {"APP", "for app-path and register-app: its folder name under NeQApps"},
      {"PATH", "the installed location to record (read it when absent)"},
-     {"DIR", "for init: the public folder to create (default: the shared folder)"}},
-    {},
+     {"FILE.NeQ", "for send: the mesh to send"},
+     {"DIR", "for init: the public folder to create (default: the shared folder); for "
+             "receive: the folder the returned meshes are copied into"}},
+    {{"--path", "PROGRAM", "for register-app: the application's program"},
+     {"--app", "APP", "for send: the application to send to"},
+     {"--background", nullptr, "for send: run the application headless and wait for it"}},
     run,
 };
 

@@ -11,6 +11,8 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 // Identifies a running application. The desktop tools this library talks through
 // report a process by its process id, which getRunningProcess puts in lowLongOfPSN.
@@ -114,6 +116,11 @@ class NEQBRIDGE_API VDDiskServer {
     // "sh PATH [ARGS]" for a ".sh" path, "open -a PATH [--args ARGS]" for an ".app",
     // else "PATH [ARGS]"; args is one argument. True when it exits with status 0.
     static bool launchApplication(const VDString& path, const VDString& args);
+    // The same three forms with any number of arguments, each handed over as it is. With
+    // `wait` the result is launchApplication's; without, the program is left running and
+    // the result is whether it started (the caller reaps it, or ends first).
+    static bool launchApplication(const VDString& path, const std::vector<std::string>& args,
+                                  bool wait);
     // The same three forms run as a shell line with administrator rights through
     // osascript, the path and args quoted inside the script.
     static bool launchApplicationAsAdmin(const VDString& path, const VDString& args);

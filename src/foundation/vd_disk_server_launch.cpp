@@ -6,7 +6,9 @@
 
 using neq::diskserver::operandPath;
 using neq::diskserver::osascriptCommand;
+using neq::platform::exitedCleanly;
 using neq::platform::runProgram;
+using neq::platform::startProgram;
 
 namespace {
 
@@ -33,9 +35,8 @@ constexpr std::initializer_list<const char*> kAsAdministrator = {
     "end run",
 };
 
-} // namespace
-
-bool VDDiskServer::launchApplication(const VDString& path, const VDString& args) {
+// The argument vector that starts `path` with `args`, by the kind of path.
+std::vector<std::string> launchCommand(const VDString& path, const std::vector<std::string>& args) {
     std::vector<std::string> command;
     switch (launchKind(path)) {
     case LaunchKind::ShellScript:
@@ -43,14 +44,29 @@ bool VDDiskServer::launchApplication(const VDString& path, const VDString& args)
         break;
     case LaunchKind::ApplicationBundle:
         command = {"open", "-a", path.getValidFilePath()};
-        if (!args.isEmpty()) command.emplace_back("--args");
+        if (!args.empty()) command.emplace_back("--args");
         break;
     case LaunchKind::Program:
         command = {path.getValidFilePath()};
         break;
     }
-    if (!args.isEmpty()) command.emplace_back(args.c_str()); // one argument, as given
-    return runProgram(command);
+    command.insert(command.end(), args.begin(), args.end());
+    return command;
+}
+
+} // namespace
+
+bool VDDiskServer::launchApplication(const VDString& path, const VDString& args) {
+    std::vector<std::string> one; // one argument, as given
+    if (!args.isEmpty()) one.emplace_back(args.c_str());
+    return runProgram(launchCommand(path, one));
+}
+
+bool VDDiskServer::launchApplication(const VDString& path, const std::vector<std::string>& args,
+                                     bool wait) {
+    const pid_t child = startProgram(launchCommand(path, args));
+    if (child <= 0) return false;
+    return !wait || exitedCleanly(child);
 }
 
 bool VDDiskServer::launchApplicationAsAdmin(const VDString& path, const VDString& args) {

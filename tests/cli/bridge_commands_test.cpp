@@ -1,9 +1,11 @@
+#include "meshfile/neq_writer.h"
 #include "support/temp_dir.h"
 #include "support/tool_run.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <string>
 
@@ -146,6 +148,84 @@ TEST(BridgeCommand, ReadsAndWritesInstalledLocations) {
                 {"bridge host-path /x", 1, "the folder '" + empty.path() + "/NeQBrush/'"}},
                movedTo(empty));
     EXPECT_FALSE(fileExists(empty.file("NeQBrush")));
+}
+
+// Blender registered as a stand-in script that records its arguments and, like the
+// add-on's send step, puts an edited mesh into the project and lists it.
+TEST(BridgeCommand, SendsToAnApplicationAndReceivesWhatComesBack) {
+    TempDir dir;
+    const std::string env = movedTo(dir);
+    ASSERT_EQ(runTool("bridge init", false, env).exitCode, 0);
+    const std::string project = dir.file("NeQProjects/Default/");
+    writeFile(dir.file("blender.sh"),
+              "[ -f \"$0.fails\" ] && exit 3\nprintf '%s|' \"$@\" > \"$0.tmp\"\n"
+              "mv \"$0.tmp\" \"$0.args\"\n"
+              "printf edited > '" +
+                  project +
+                  "edited.NeQ'\n"
+                  "printf 'edited\\r\\n\\n' > '" +
+                  dir.file("NeQBrush/NeQ_ObjectList.txt") + "'\n");
+    meshfile::Mesh triangle;
+    triangle.vertices = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+    triangle.faces = {{0, 1, 2, -1}};
+    ASSERT_TRUE(
+        meshfile::writeBytesToFile(dir.file("head.v2.NeQ"), meshfile::buildNeqChain(triangle)));
+    const std::string mesh = readFile(dir.file("head.v2.NeQ"));
+
+    EXPECT_EQ(runTool("bridge register-app Blender --path " + dir.file("blender.sh"), false, env)
+                  .exitCode,
+              0);
+    EXPECT_EQ(readFile(dir.file("NeQApps/Blender/NeQ_Config.txt")),
+              "PATH = \"" + dir.file("blender.sh") + "\"\n");
+    EXPECT_EQ(runTool("app " + dir.file("NeQApps/Blender/NeQ_App.txt")).output,
+              readTestData("cli/blender_record.txt"));
+
+    const std::string send = "bridge send " + dir.file("head.v2.NeQ");
+    const std::string receiveStep = "--python-expr|import addon_utils, bpy; "
+                                    "addon_utils.check('neqbridge_blender')[1] or "
+                                    "addon_utils.enable('neqbridge_blender', default_set=False); "
+                                    "bpy.ops.neqbridge.receive()|";
+    ToolRun run = runTool(send + " --app Blender", false, env); // not waited for
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    for (int i = 0; i < 1000 && !fileExists(dir.file("blender.sh.args")); ++i)
+        ::usleep(10000);
+    EXPECT_EQ(readFile(dir.file("blender.sh.args")), receiveStep);
+    run = runTool(send + " --app Blender --background", false, env);
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(readFile(dir.file("blender.sh.args")), "-b|--python-exit-code|1|" + receiveStep);
+    EXPECT_EQ(readFile(project + "head.v2.NeQ"), mesh);
+    EXPECT_EQ(readFile(dir.file("NeQBrush/NeQ_ObjectPath.txt")), project + "head.v2.NeQ\n");
+
+    ::mkdir(dir.file("back").c_str(), 0755);
+    run = runTool("bridge receive " + dir.file("back"), false, env);
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, dir.file("back/edited.NeQ") + "\n");
+    EXPECT_EQ(readFile(dir.file("back/edited.NeQ")), "edited");
+
+    writeFile(dir.file("blender.sh.fails"), "");
+    expectRuns({{send + " --app Blender --background", 1, "did not import"},
+                {send + " --app Blender", 0, "started Blender"}, // how it ends is not awaited
+                {send + " --app Maya", 2, "unknown application 'Maya'"},
+                {send, 2, "send needs --app APP"},
+                {"bridge register-app", 2, "missing APP"},
+                {"bridge receive " + dir.file("head.v2.NeQ"), 1, "not a folder"},
+                {"bridge receive " + project, 1, "(the same file)"}},
+               env);
+#ifdef NEQBRIDGE_INTERCHANGE
+    writeFile(dir.file("cut.NeQ"), mesh.substr(0, 60));
+    expectRuns({{"bridge send " + dir.file("cut.NeQ") + " --app Blender", 1,
+                 "cannot send '" + dir.file("cut.NeQ") + "': offset 32: "}},
+               env);
+    EXPECT_FALSE(fileExists(project + "cut.NeQ"));
+#endif
+    writeFile(dir.file("NeQBrush/NeQ_ObjectList.txt"), "../x\n");
+    TempDir empty;
+    expectRuns(
+        {{"bridge receive " + dir.file("back"), 1, "names '../x', which is not a file name"}}, env);
+    expectRuns({{"bridge register-app Blender --path /x", 1, "NeQApps' does not exist"},
+                {send + " --app Blender", 1, "Blender is not registered"},
+                {"bridge receive " + empty.path(), 1, "NeQ_ObjectList.txt': No such file"}},
+               movedTo(empty));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "vd_disk_server_test_support.h"
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 
 #include <gtest/gtest.h>
 
@@ -79,6 +80,26 @@ TEST_F(DiskServerProcesses, LaunchStartsScriptsBundlesAndProgramsDirectly) {
                                      {"open", "-a", bundle},
                                      {"tool", kHostile},
                                      {"tool"}}));
+}
+
+// Several arguments go over one by one, empty ones too; without waiting, the result
+// says only that the program started.
+TEST_F(DiskServerProcesses, LaunchHandsOverSeveralArguments) {
+    ASSERT_TRUE(movedIn_);
+    tools_.install("sh");
+    tools_.install("open");
+    tools_.install("tool", 1);
+    const Arguments several = {"-b", kHostile, ""};
+    EXPECT_TRUE(VDDiskServer::launchApplication(vd("a.sh"), several, true));
+    EXPECT_TRUE(VDDiskServer::launchApplication(vd("b.app"), several, true));
+    EXPECT_FALSE(VDDiskServer::launchApplication(vd("tool"), several, true)) << "exits with 1";
+    EXPECT_FALSE(VDDiskServer::launchApplication(vd("absent"), several, false));
+    EXPECT_TRUE(VDDiskServer::launchApplication(vd("tool"), Arguments{"x"}, false));
+    ::wait(nullptr);
+    EXPECT_EQ(tools_.calls(), (Calls{{"sh", "a.sh", "-b", kHostile, ""},
+                                     {"open", "-a", "b.app", "--args", "-b", kHostile, ""},
+                                     {"tool", "-b", kHostile, ""},
+                                     {"tool", "x"}}));
 }
 
 TEST_F(DiskServerProcesses, LaunchIsTrueWhenTheProgramExitsWithZero) {
