@@ -4,7 +4,6 @@
 #include "platform/memory_hints.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -182,36 +181,6 @@ bool readRegularFile(const char* path, FileBytes& bytes, std::string& reason) {
         bytes.size_, reason);
     if (!read) bytes.size_ = 0;
     return read;
-}
-
-MappedFile::~MappedFile() {
-    if (data_) ::munmap(data_, size_);
-}
-
-bool mapRegularFile(const char* path, MappedFile& file, std::string& reason) {
-    if (file.data_) ::munmap(file.data_, file.size_);
-    file.data_ = nullptr;
-    file.size_ = 0;
-    std::size_t size = 0;
-    Descriptor opened(openWhole(path, SIZE_MAX, size, reason));
-    if (!opened.isOpen()) return false;
-    if (size == 0) return true; // nothing to map
-#ifdef MAP_POPULATE
-    const int flags = MAP_PRIVATE | MAP_POPULATE; // map every page now, not fault by fault
-#else
-    const int flags = MAP_PRIVATE;
-#endif
-    void* data = ::mmap(nullptr, size, PROT_READ, flags, opened.get(), 0);
-    if (data == MAP_FAILED) {
-        reason = std::strerror(errno);
-        return false;
-    }
-#ifndef MAP_POPULATE
-    ::posix_madvise(data, size, POSIX_MADV_WILLNEED);
-#endif
-    file.data_ = static_cast<char*>(data);
-    file.size_ = size;
-    return true;
 }
 
 } // namespace neq::files

@@ -57,27 +57,6 @@ class FileBytes {
 // The same, into FileBytes.
 bool readRegularFile(const char* path, FileBytes& bytes, std::string& reason);
 
-// A regular file's bytes mapped into memory, read only: for large files that are
-// scanned once, where reading them would first clear and then fill as much memory.
-// Another process that shortens the file meanwhile makes reading past its new end fail,
-// so only files the program itself is not changing belong here.
-class MappedFile {
-  public:
-    MappedFile() = default;
-    MappedFile(const MappedFile&) = delete;
-    MappedFile& operator=(const MappedFile&) = delete;
-    ~MappedFile();
-    std::string_view view() const { return {data_, size_}; }
-
-  private:
-    friend bool mapRegularFile(const char* path, MappedFile& file, std::string& reason);
-    char* data_ = nullptr;
-    std::size_t size_ = 0;
-};
-
-// Maps a regular file whole, refusing what readRegularFile refuses.
-bool mapRegularFile(const char* path, MappedFile& file, std::string& reason);
-
 } // namespace neq::files
 
 namespace neq {

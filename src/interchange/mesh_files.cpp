@@ -53,8 +53,10 @@ Mesh readMeshFile(const std::string& path, ReadReport* report) {
     const Format format = formatOrFail(path);
     std::string reason;
     errno = 0;
-    files::MappedFile bytes; // scanned once: mapped, not copied
-    if (!files::mapRegularFile(path.c_str(), bytes, reason)) throw FileError(path, errno, reason);
+    // Read, not mapped: a mapped file that another process shortens meanwhile would end
+    // the program (SIGBUS) instead of giving an error.
+    files::FileBytes bytes;
+    if (!files::readRegularFile(path.c_str(), bytes, reason)) throw FileError(path, errno, reason);
     switch (format) {
     case Format::neq:
         return readNeq(bytes.view(), path);
