@@ -183,6 +183,35 @@ bool readRegularFile(const char* path, FileBytes& bytes, std::string& reason) {
     return read;
 }
 
+RegularFile::~RegularFile() {
+    if (fd_ >= 0) ::close(fd_);
+}
+
+bool RegularFile::open(const char* path, std::string& reason) {
+    if (fd_ >= 0) ::close(fd_);
+    std::size_t size = 0;
+    fd_ = openWhole(path, SIZE_MAX, size, reason);
+    size_ = fd_ >= 0 ? size : 0;
+    return fd_ >= 0;
+}
+
+bool RegularFile::readAt(std::uint64_t offset, void* out, std::size_t size) const {
+    auto* into = static_cast<char*>(out);
+    while (size > 0) {
+        const ssize_t got = ::pread(fd_, into, size, static_cast<off_t>(offset));
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return false;
+        if (got == 0) {
+            errno = EIO; // it has become shorter since it was opened
+            return false;
+        }
+        into += got;
+        offset += static_cast<std::uint64_t>(got);
+        size -= static_cast<std::size_t>(got);
+    }
+    return true;
+}
+
 } // namespace neq::files
 
 namespace neq {

@@ -57,6 +57,28 @@ class FileBytes {
 // The same, into FileBytes.
 bool readRegularFile(const char* path, FileBytes& bytes, std::string& reason);
 
+// A regular file opened to be read in pieces at their offsets: for readers that fill
+// their own arrays straight from the file instead of reading it whole first.
+class RegularFile {
+  public:
+    RegularFile() = default;
+    RegularFile(const RegularFile&) = delete;
+    RegularFile& operator=(const RegularFile&) = delete;
+    ~RegularFile();
+
+    // Opens it, refusing what readRegularFile refuses. False with the reason.
+    bool open(const char* path, std::string& reason);
+    // The size it had when it was opened.
+    std::uint64_t size() const { return size_; }
+    // Exactly `size` bytes at `offset`. False with errno set when they cannot be read
+    // (EIO when the file has become shorter meanwhile).
+    bool readAt(std::uint64_t offset, void* out, std::size_t size) const;
+
+  private:
+    int fd_ = -1;
+    std::uint64_t size_ = 0;
+};
+
 } // namespace neq::files
 
 namespace neq {

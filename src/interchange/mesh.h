@@ -83,6 +83,9 @@ struct ReadReport {
 
 // NeQ in memory. `name` is what errors call the file.
 Mesh readNeq(std::string_view bytes, const std::string& name);
+// The same from a file, its blocks read straight into the arrays. A file that is not
+// regular, or shrinks while it is read, is a FileError.
+Mesh readNeqFile(const std::string& path);
 std::string writeNeq(const Mesh& mesh);
 // The same bytes handed to `put` piece by piece, for writing straight to a file; false
 // as soon as `put` is. Throws as writeNeq before the first piece.

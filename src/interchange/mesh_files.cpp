@@ -51,22 +51,15 @@ template <class Write> void replaceWithOrFail(const std::string& path, Write wri
 
 Mesh readMeshFile(const std::string& path, ReadReport* report) {
     const Format format = formatOrFail(path);
+    if (format == Format::neq) return readNeqFile(path); // no copy of the whole file
     std::string reason;
     errno = 0;
     // Read, not mapped: a mapped file that another process shortens meanwhile would end
     // the program (SIGBUS) instead of giving an error.
     files::FileBytes bytes;
     if (!files::readRegularFile(path.c_str(), bytes, reason)) throw FileError(path, errno, reason);
-    switch (format) {
-    case Format::neq:
-        return readNeq(bytes.view(), path);
-    case Format::obj:
-        return readObj(bytes.view(), path, report);
-    case Format::glb:
-    case Format::gltf:
-        return readGltf(bytes.view(), path, report);
-    }
-    throw FileError(path, EINVAL, "unknown format");
+    if (format == Format::obj) return readObj(bytes.view(), path, report);
+    return readGltf(bytes.view(), path, report);
 }
 
 void writeMeshFile(const std::string& path, const Mesh& mesh, const WriteOptions& options) {

@@ -2,6 +2,7 @@
 
 #include "interchange/mesh.h"
 
+#include "foundation/whole_file.h"
 #include "meshfile/neq_file.h"
 #include "platform/memory_hints.h"
 
@@ -48,23 +49,36 @@ struct Records {
     bool present = false;
 };
 
-// The bytes the reader takes its fields from.
+// The bytes the reader takes its fields from: a file's bytes in memory, or the file
+// itself, read at each block's offset straight into the mesh's arrays.
 class Source {
   public:
     explicit Source(std::string_view bytes) : data_(bytes.data()), size_(bytes.size()) {}
+    Source(const files::RegularFile& file, const std::string& name)
+        : file_(&file), size_(file.size()), name_(&name) {}
 
     std::uint64_t size() const { return size_; }
-    const char* at(std::uint64_t offset) const { return data_ + offset; }
+    // The bytes at `offset` where they are in memory; null when read from the file.
+    const char* at(std::uint64_t offset) const { return data_ ? data_ + offset : nullptr; }
 
     // [offset, offset + size) lies inside the file: the reader checks it first.
     void read(std::uint64_t offset, void* out, std::size_t size) const {
         if (size == 0) return; // an empty array's data() may be null, which memcpy must not get
-        std::memcpy(out, data_ + offset, size);
+        if (data_) {
+            std::memcpy(out, data_ + offset, size);
+        } else if (!file_->readAt(offset, out, size)) {
+            const int error = errno;
+            throw FileError(*name_, error,
+                            error == EIO ? "it became shorter while it was read"
+                                         : std::string(std::strerror(error)));
+        }
     }
 
   private:
-    const char* data_;
+    const char* data_ = nullptr;
+    const files::RegularFile* file_ = nullptr;
     std::uint64_t size_;
+    const std::string* name_ = nullptr;
 };
 
 // `count` four-byte little-endian records into `out`, which is given large pages first.
@@ -75,7 +89,8 @@ void readWords(const Source& source, std::uint64_t offset, std::vector<T>& out, 
     static_assert(sizeof(T) == 4, "four-byte records");
     platform::reserveLarge(out, count);
     const char* in = source.at(offset);
-    if (kLittleEndian && count != 0 && reinterpret_cast<std::uintptr_t>(in) % alignof(T) == 0) {
+    if (kLittleEndian && in != nullptr && count != 0 &&
+        reinterpret_cast<std::uintptr_t>(in) % alignof(T) == 0) {
         const T* first = reinterpret_cast<const T*>(in);
         out.assign(first, first + count);
         return;
@@ -360,6 +375,14 @@ void requireNeqSize(const Mesh& mesh) {
 
 Mesh readNeq(std::string_view bytes, const std::string& name) {
     return Reader(Source(bytes), name).read();
+}
+
+Mesh readNeqFile(const std::string& path) {
+    files::RegularFile file;
+    std::string reason;
+    errno = 0;
+    if (!file.open(path.c_str(), reason)) throw FileError(path, errno, reason);
+    return Reader(Source(file, path), path).read();
 }
 
 std::string writeNeq(const Mesh& mesh) {
