@@ -24,21 +24,9 @@ std::string offsetText(std::uint64_t offset) {
     return "offset " + std::to_string(offset);
 }
 
-const char* blockName(std::uint32_t tag) {
-    switch (tag) {
-    case mf::kVertexTag:
-        return "vertex block";
-    case mf::kFaceTag:
-        return "face block";
-    case mf::kUvTag:
-        return "UV block";
-    case mf::kColourTag:
-        return "colour block";
-    case mf::kGroupTag:
-        return "group block";
-    default:
-        return "block";
-    }
+std::string blockName(std::uint32_t tag) {
+    if (mf::recordSizeOf(tag) == 0) return "block";
+    return std::string(mf::blockKindName(tag)) + " block";
 }
 
 // Where a known block's records lie.
@@ -173,13 +161,11 @@ class Reader {
             if (tag == 0 && length == 0) return;
             const std::uint64_t extent = length == 0 ? mf::kBlockHeaderSize : length;
             if (extent < mf::kBlockHeaderSize)
-                fail(position, std::string(blockName(tag)) + " (tag " + std::to_string(tag) +
-                                   "): length " + std::to_string(length) +
-                                   " is shorter than its 16-byte header");
+                fail(position, blockName(tag) + " (tag " + std::to_string(tag) + "): length " +
+                                   std::to_string(length) + " is shorter than its 16-byte header");
             if (extent > size_ - position)
-                fail(position, std::string(blockName(tag)) + " (tag " + std::to_string(tag) +
-                                   "): length " + std::to_string(length) +
-                                   " runs past the end of the file (" +
+                fail(position, blockName(tag) + " (tag " + std::to_string(tag) + "): length " +
+                                   std::to_string(length) + " runs past the end of the file (" +
                                    std::to_string(size_ - position) + " bytes left)");
             if (Records* slot = slotOf(tag)) {
                 if (slot->present)
@@ -189,7 +175,7 @@ class Reader {
                 const std::uint64_t needed =
                     mf::kBlockHeaderSize + std::uint64_t{count} * mf::recordSizeOf(tag);
                 if (needed > extent)
-                    fail(position, std::string(blockName(tag)) + ": " + std::to_string(count) +
+                    fail(position, blockName(tag) + ": " + std::to_string(count) +
                                        " records need " + std::to_string(needed) +
                                        " bytes but the block is " + std::to_string(extent));
                 *slot = Records{position, position + mf::kBlockHeaderSize, count, true};
@@ -200,7 +186,7 @@ class Reader {
 
     void requireCount(const Records& records, std::size_t expected, const char* per) const {
         if (records.count != expected)
-            fail(records.blockOffset, std::string(blockName(tagOf(records))) + ": " +
+            fail(records.blockOffset, blockName(tagOf(records)) + ": " +
                                           std::to_string(records.count) + " records for " +
                                           std::to_string(expected) + " " + per);
     }

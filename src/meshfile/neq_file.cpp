@@ -38,4 +38,21 @@ std::optional<RecordBlock> findRecordBlock(const NeqView& file, std::uint32_t ta
     return block;
 }
 
+const char* blockKindName(std::uint32_t tag) {
+    switch (tag) {
+    case kVertexTag:
+        return "vertex";
+    case kFaceTag:
+        return "face";
+    case kUvTag:
+        return "UV";
+    case kColourTag:
+        return "colour";
+    case kGroupTag:
+        return "group";
+    default:
+        return "unknown";
+    }
+}
+
 } // namespace neq::meshfile

@@ -72,6 +72,10 @@ constexpr std::size_t recordSizeOf(std::uint32_t tag) {
     }
 }
 
+// What a block tag means, for messages: "vertex", "face", "UV", "colour", "group",
+// or "unknown".
+const char* blockKindName(std::uint32_t tag);
+
 // Readers that are handed a file whose first block is the one they want.
 constexpr std::size_t kFirstBlockOffset = kFileHeaderSize;
 constexpr std::size_t kFirstBlockCountOffset = kFirstBlockOffset + kBlockCountOffset;

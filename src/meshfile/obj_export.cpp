@@ -28,23 +28,6 @@ float ExportOutcome::hostResult() const {
     return kTagPastEndResult;
 }
 
-const char* blockKindName(std::uint32_t tag) {
-    switch (tag) {
-    case kVertexTag:
-        return "vertex";
-    case kFaceTag:
-        return "face";
-    case kUvTag:
-        return "UV";
-    case kColourTag:
-        return "colour";
-    case kGroupTag:
-        return "group";
-    default:
-        return "unknown";
-    }
-}
-
 std::string describeFoundTag(std::optional<std::uint32_t> found) {
     if (!found) return "the end of the file";
     return "tag " + std::to_string(*found) + " (" + blockKindName(*found) + " block)";

@@ -51,10 +51,6 @@ inline ExportOutcome outcomeOf(ExportStatus status) {
     return outcome;
 }
 
-// What a block tag means, for messages: "vertex", "face", "UV", "colour", "group",
-// or "unknown".
-const char* blockKindName(std::uint32_t tag);
-
 // "tag 20001 (face block)", or "the end of the file" for a tag that lies past it.
 std::string describeFoundTag(std::optional<std::uint32_t> found);
 
