@@ -130,26 +130,29 @@ def read(path: PathLike) -> Mesh:
     return Mesh._from_file(_core.read_mesh(_mesh_path(path)))
 
 
-def write(path: PathLike, mesh: Mesh, *, side_buffer: bool = False) -> None:
+def write(path: PathLike, mesh: Mesh, *, side_buffer: bool = False,
+          durable: bool = False) -> None:
     """Writes the mesh as the format of the extension (.NeQ, .obj, .glb, .gltf). The file
-    appears complete or not at all. A .gltf holds its buffer, unless `side_buffer` puts
-    it beside it (the same name with .bin)."""
+    appears complete or not at all: it is written beside and renamed into place. A .gltf
+    holds its buffer, unless `side_buffer` puts it beside it (the same name with .bin).
+    `durable=True` also waits until the file is on disk before the rename, as the tool
+    does, so that not even a power cut can lose it; that wait is most of a write's time."""
     _needs_meshes()
     if not isinstance(mesh, Mesh):
         raise TypeError(f"write needs a neqbridge.Mesh, not {type(mesh).__name__}")
     target = _mesh_path(path)
     _check_side_buffer(target, side_buffer)
     _core.write_mesh(target, mesh.vertices, mesh.faces, mesh.uvs, mesh.colors,
-                     mesh.groups, mesh._neq_header, bool(side_buffer))
+                     mesh.groups, mesh._neq_header, bool(side_buffer), bool(durable))
 
 
 def convert(src: PathLike, dst: PathLike, *, up: str = "y",
             flip: tuple = (False, False, False), flip_normals: bool = False,
             groups: bool = True, colors: bool = True, uvs: bool = True,
-            side_buffer: bool = False) -> dict:
+            side_buffer: bool = False, durable: bool = False) -> dict:
     """Converts between the formats of the extensions, as `neqbridge convert` does:
     `up="z"` switches Y and Z, `flip` negates x, y, z, `flip_normals` reverses the
-    winding, groups, colors, uvs False leave those out, and `side_buffer` is as for
+    winding, groups, colors, uvs False leave those out, and `side_buffer` and `durable` are as for
     write. Returns what the reader
     passed over: split_polygons and skipped_statements."""
     _needs_meshes()
@@ -166,4 +169,4 @@ def convert(src: PathLike, dst: PathLike, *, up: str = "y",
     _check_side_buffer(_mesh_path(dst), side_buffer)
     source = input_file(_mesh_path(src))
     return _core.convert(source, output_file(_mesh_path(dst), [source]), transform,
-                         bool(side_buffer))
+                         bool(side_buffer), bool(durable))

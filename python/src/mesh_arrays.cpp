@@ -11,6 +11,7 @@
 #include <pybind11/stl.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <optional>
 #include <utility>
@@ -45,11 +46,27 @@ py::tuple arraysOf(Mesh&& mesh) {
 
 // The package has already checked dtypes, shapes and indices, and made the arrays
 // C-contiguous.
+template <class T> using Array = std::optional<py::array_t<T, py::array::c_style>>;
+
+template <class T> Array<T> arrayIn(const py::object& array) {
+    if (array.is_none()) return std::nullopt;
+    return py::cast<py::array_t<T, py::array::c_style>>(array);
+}
+
+template <class T> interchange::ArrayView<T> viewOf(const Array<T>& array) {
+    if (!array) return {};
+    return {array->data(), static_cast<std::size_t>(array->size())};
+}
+
 template <class T> void fill(std::vector<T>& values, const py::object& array) {
-    if (array.is_none()) return;
-    const auto data = py::cast<py::array_t<T, py::array::c_style>>(array);
-    platform::reserveLarge(values, static_cast<std::size_t>(data.size()));
-    values.assign(data.data(), data.data() + data.size());
+    const interchange::ArrayView<T> data = viewOf(arrayIn<T>(array));
+    platform::reserveLarge(values, data.size);
+    values.assign(data.data, data.data + data.size);
+}
+
+void copyHeader(const py::bytes& header, std::array<std::uint8_t, 32>& neqHeader) {
+    const std::string_view bytes = header;
+    std::memcpy(neqHeader.data(), bytes.data(), std::min(bytes.size(), neqHeader.size()));
 }
 
 Mesh meshOf(const py::object& vertices, const py::object& faces, const py::object& uvs,
@@ -60,8 +77,7 @@ Mesh meshOf(const py::object& vertices, const py::object& faces, const py::objec
     fill(mesh.uvs, uvs);
     fill(mesh.colors, colors);
     fill(mesh.groups, groups);
-    const std::string_view bytes = header;
-    std::memcpy(mesh.neqHeader.data(), bytes.data(), std::min(bytes.size(), mesh.neqHeader.size()));
+    copyHeader(header, mesh.neqHeader);
     return mesh;
 }
 
@@ -76,22 +92,41 @@ py::tuple readMesh(const std::string& path) {
 
 void writeMesh(const std::string& path, const py::object& vertices, const py::object& faces,
                const py::object& uvs, const py::object& colors, const py::object& groups,
-               const py::bytes& header, bool sideBuffer) {
+               const py::bytes& header, bool sideBuffer, bool durable) {
+    if (interchange::formatOfPath(path) == interchange::Format::neq) {
+        // A NeQ file is the arrays' own bytes: written from NumPy's memory, not a copy.
+        // The references below keep the arrays alive while the GIL is released.
+        const Array<float> v = arrayIn<float>(vertices), t = arrayIn<float>(uvs);
+        const Array<std::int32_t> f = arrayIn<std::int32_t>(faces);
+        const Array<std::uint8_t> c = arrayIn<std::uint8_t>(colors);
+        const Array<std::int16_t> g = arrayIn<std::int16_t>(groups);
+        std::array<std::uint8_t, 32> neqHeader{};
+        copyHeader(header, neqHeader);
+        interchange::MeshView view;
+        view.positions = viewOf(v);
+        view.faces = viewOf(f);
+        view.uvs = viewOf(t);
+        view.colors = viewOf(c);
+        view.groups = viewOf(g);
+        view.neqHeader = neqHeader.data();
+        py::gil_scoped_release released;
+        interchange::writeNeqFile(path, view, interchange::WriteOptions{sideBuffer, durable});
+        return;
+    }
     const Mesh mesh = meshOf(vertices, faces, uvs, colors, groups, header);
     py::gil_scoped_release released;
-    // The arrays may have been changed since the Mesh checked them; no writer may see
-    // an index outside the vertices.
-    interchange::validate(mesh);
-    interchange::writeMeshFile(path, mesh, interchange::WriteOptions{sideBuffer});
+    // The arrays may have been changed since the Mesh checked them: every writer validates
+    // the copy it writes, so none sees an index outside the vertices.
+    interchange::writeMeshFile(path, mesh, interchange::WriteOptions{sideBuffer, durable});
 }
 
 py::dict convert(const std::string& in, const std::string& out,
-                 const interchange::Transform& transform, bool sideBuffer) {
+                 const interchange::Transform& transform, bool sideBuffer, bool durable) {
     interchange::ReadReport report;
     {
         py::gil_scoped_release released;
-        report =
-            interchange::convertFile(in, out, transform, interchange::WriteOptions{sideBuffer});
+        report = interchange::convertFile(in, out, transform,
+                                          interchange::WriteOptions{sideBuffer, durable});
     }
     py::dict counts;
     counts["split_polygons"] = report.splitPolygons;

@@ -126,13 +126,14 @@ std::string temporaryPattern(const std::string& target) {
     return joinToFolder(folder, prefix + std::to_string(::getpid()) + "-XXXXXX");
 }
 
-bool replaceFile(const char* path, std::string_view bytes, std::string& reason) {
+bool replaceFile(const char* path, std::string_view bytes, std::string& reason, bool flushToDisk) {
     return replaceFile(
         path, [bytes](int fd) { return diskserver::writeAll(fd, bytes.data(), bytes.size()); },
-        reason);
+        reason, flushToDisk);
 }
 
-bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std::string& reason) {
+bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std::string& reason,
+                 bool flushToDisk) {
     std::string target;
     if (!followLinks(path, target, reason)) return false;
     mode_t mode = newFileMode();
@@ -150,8 +151,9 @@ bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std
     Descriptor file(::mkstemp(&temporary[0]));
     if (!file.isOpen()) return fail(reason);
     ::fcntl(file.get(), F_SETFD, FD_CLOEXEC);
-    if (!write(file.get()) || ::fsync(file.get()) != 0 || ::fchmod(file.get(), mode) != 0 ||
-        !file.close() || ::rename(temporary.c_str(), target.c_str()) != 0) {
+    if (!write(file.get()) || (flushToDisk && ::fsync(file.get()) != 0) ||
+        ::fchmod(file.get(), mode) != 0 || !file.close() ||
+        ::rename(temporary.c_str(), target.c_str()) != 0) {
         fail(reason);
         ::unlink(temporary.c_str());
         return false;

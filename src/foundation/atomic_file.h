@@ -41,12 +41,16 @@ std::string temporaryPattern(const std::string& target);
 // no longer run (killed while writing) are removed first. When no file can be made
 // beside the target, nothing is written: the target is never truncated in place.
 // On any failure the target is left as it was and the temporary file is removed.
-// False with the reason in words, as readRegularFile gives it.
-bool replaceFile(const char* path, std::string_view bytes, std::string& reason);
+// False with the reason in words, as readRegularFile gives it. Without `flushToDisk`
+// the rename does not wait for the disk: a crash of the writing process still leaves the
+// old file or the new one, whole, but a power cut soon after may lose the new content.
+bool replaceFile(const char* path, std::string_view bytes, std::string& reason,
+                 bool flushToDisk = true);
 
 // The same, with the content written by `write` to the open file descriptor it is given
 // (positioned at the start of an empty file). `write` returns false, with errno set,
 // when it cannot write.
-bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std::string& reason);
+bool replaceFile(const char* path, const std::function<bool(int fd)>& write, std::string& reason,
+                 bool flushToDisk = true);
 
 } // namespace neq::files

@@ -18,31 +18,38 @@ std::string sizeProblem(const char* array, std::size_t size, std::size_t per, co
 
 } // namespace
 
-void validate(const Mesh& mesh) {
-    if (mesh.positions.size() % 3 != 0)
-        throw std::invalid_argument("positions: " + std::to_string(mesh.positions.size()) +
+void validate(const MeshView& mesh) {
+    if (mesh.positions.size % 3 != 0)
+        throw std::invalid_argument("positions: " + std::to_string(mesh.positions.size) +
                                     " values, not a multiple of 3");
-    if (mesh.faces.size() % 4 != 0)
-        throw std::invalid_argument("faces: " + std::to_string(mesh.faces.size()) +
+    if (mesh.faces.size % 4 != 0)
+        throw std::invalid_argument("faces: " + std::to_string(mesh.faces.size) +
                                     " values, not a multiple of 4");
     const std::size_t vertices = mesh.vertexCount();
     const std::size_t faces = mesh.faceCount();
-    if (!mesh.uvs.empty() && mesh.uvs.size() != faces * 8)
-        throw std::invalid_argument(sizeProblem("uvs", mesh.uvs.size(), 8, "face", faces, "faces"));
-    if (!mesh.colors.empty() && mesh.colors.size() != vertices * 3)
+    if (!mesh.uvs.empty() && mesh.uvs.size != faces * 8)
+        throw std::invalid_argument(sizeProblem("uvs", mesh.uvs.size, 8, "face", faces, "faces"));
+    if (!mesh.colors.empty() && mesh.colors.size != vertices * 3)
         throw std::invalid_argument(
-            sizeProblem("colors", mesh.colors.size(), 3, "vertex", vertices, "vertices"));
-    if (!mesh.groups.empty() && mesh.groups.size() != faces)
+            sizeProblem("colors", mesh.colors.size, 3, "vertex", vertices, "vertices"));
+    if (!mesh.groups.empty() && mesh.groups.size != faces)
         throw std::invalid_argument(
-            sizeProblem("groups", mesh.groups.size(), 1, "face", faces, "faces"));
-    for (std::size_t i = 0; i < mesh.faces.size(); ++i) {
-        const std::int32_t index = mesh.faces[i];
-        const std::size_t corner = i % 4;
-        if (corner == 3 && index < 0) continue;
-        if (index < 0 || static_cast<std::size_t>(index) >= vertices)
-            throw std::invalid_argument("faces: face " + std::to_string(i / 4) + " corner " +
-                                        std::to_string(corner) + " names vertex " +
-                                        std::to_string(index) + " of " + std::to_string(vertices));
+            sizeProblem("groups", mesh.groups.size, 1, "face", faces, "faces"));
+    // Face by face, without a division per index: this pass runs before every write.
+    const std::int32_t* corners = mesh.faces.data;
+    for (std::size_t face = 0; face < faces; ++face, corners += 4) {
+        bool inside = corners[3] < 0 || static_cast<std::size_t>(corners[3]) < vertices;
+        for (int c = 0; c < 3; ++c)
+            inside &= corners[c] >= 0 && static_cast<std::size_t>(corners[c]) < vertices;
+        if (inside) continue;
+        for (int c = 0; c < 4; ++c) {
+            const std::int32_t index = corners[c];
+            if (c == 3 && index < 0) continue;
+            if (index < 0 || static_cast<std::size_t>(index) >= vertices)
+                throw std::invalid_argument(
+                    "faces: face " + std::to_string(face) + " corner " + std::to_string(c) +
+                    " names vertex " + std::to_string(index) + " of " + std::to_string(vertices));
+        }
     }
 }
 

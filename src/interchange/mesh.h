@@ -37,10 +37,38 @@ struct Mesh {
     bool isTriangle(std::size_t face) const { return faces[face * 4 + 3] < 0; }
 };
 
+// A mesh's arrays seen where they already are (a Mesh, or NumPy's arrays), so that a
+// NeQ file is written from them without a copy. Laid out as Mesh's.
+template <class T> struct ArrayView {
+    const T* data = nullptr;
+    std::size_t size = 0;
+    ArrayView() = default;
+    ArrayView(const T* values, std::size_t count) : data(values), size(count) {}
+    ArrayView(const std::vector<T>& values) : data(values.data()), size(values.size()) {}
+    bool empty() const { return size == 0; }
+    const T& operator[](std::size_t i) const { return data[i]; }
+};
+
+struct MeshView {
+    ArrayView<float> positions;
+    ArrayView<std::int32_t> faces;
+    ArrayView<float> uvs;
+    ArrayView<std::uint8_t> colors;
+    ArrayView<std::int16_t> groups;
+    const std::uint8_t* neqHeader = nullptr; // 32 bytes
+
+    MeshView() = default;
+    MeshView(const Mesh& mesh)
+        : positions(mesh.positions), faces(mesh.faces), uvs(mesh.uvs), colors(mesh.colors),
+          groups(mesh.groups), neqHeader(mesh.neqHeader.data()) {}
+    std::size_t vertexCount() const { return positions.size / 3; }
+    std::size_t faceCount() const { return faces.size / 4; }
+};
+
 // Checks the arrays against each other: sizes that fit the counts, face indices inside
 // the vertices (the first three never negative). Throws std::invalid_argument naming
 // the array ("faces: face 12 corner 2 names vertex 900 of 800").
-void validate(const Mesh& mesh);
+void validate(const MeshView& mesh);
 
 // A malformed input: `file` is the path as given, `where` "offset 48" or "line 12",
 // `what` the reason. what() is "FILE: WHERE: WHAT".
@@ -89,7 +117,7 @@ Mesh readNeqFile(const std::string& path);
 std::string writeNeq(const Mesh& mesh);
 // The same bytes handed to `put` piece by piece, for writing straight to a file; false
 // as soon as `put` is. Throws as writeNeq before the first piece.
-bool writeNeqTo(const Mesh& mesh, const std::function<bool(const void*, std::size_t)>& put);
+bool writeNeqTo(const MeshView& mesh, const std::function<bool(const void*, std::size_t)>& put);
 
 // Wavefront OBJ in memory.
 Mesh readObj(std::string_view text, const std::string& name, ReadReport* report = nullptr);
@@ -112,6 +140,7 @@ std::string sideBufferPath(const std::string& gltfPath);
 // How files are written where a format leaves a choice.
 struct WriteOptions {
     bool gltfSideBuffer = false; // .gltf: the buffer in a side .bin file, not embedded
+    bool durable = true;         // flushed to disk before it replaces the old file
 };
 
 // The transformations a target application record's import and export flags name,
@@ -131,6 +160,8 @@ Transform inverse(const Transform& transform);
 // beside the destination, renamed into place).
 Mesh readMeshFile(const std::string& path, ReadReport* report = nullptr);
 void writeMeshFile(const std::string& path, const Mesh& mesh, const WriteOptions& options = {});
+// A NeQ file straight from arrays where they are, atomically as writeMeshFile.
+void writeNeqFile(const std::string& path, const MeshView& mesh, const WriteOptions& options = {});
 
 // readMeshFile, apply, writeMeshFile. A NeQ input's header goes to a NeQ output.
 // Anything else gets a zero header.

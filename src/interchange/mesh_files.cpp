@@ -21,15 +21,16 @@ Format formatOrFail(const std::string& path) {
     return *format;
 }
 
-void replaceOrFail(const std::string& path, std::string_view bytes) {
+void replaceOrFail(const std::string& path, std::string_view bytes, bool durable) {
     std::string reason;
     errno = 0;
-    if (!files::replaceFile(path.c_str(), bytes, reason)) throw FileError(path, errno, reason);
+    if (!files::replaceFile(path.c_str(), bytes, reason, durable))
+        throw FileError(path, errno, reason);
 }
 
 // Makes the file's content what `write` hands its sink, atomically. A mesh the format
 // cannot hold (an exception from `write`) leaves no file behind.
-template <class Write> void replaceWithOrFail(const std::string& path, Write write) {
+template <class Write> void replaceWithOrFail(const std::string& path, bool durable, Write write) {
     std::string reason;
     std::exception_ptr refused;
     errno = 0;
@@ -42,7 +43,7 @@ template <class Write> void replaceWithOrFail(const std::string& path, Write wri
             return false;
         }
     };
-    const bool written = files::replaceFile(path.c_str(), writeFile, reason);
+    const bool written = files::replaceFile(path.c_str(), writeFile, reason, durable);
     if (refused) std::rethrow_exception(refused);
     if (!written) throw FileError(path, errno, reason);
 }
@@ -62,36 +63,41 @@ Mesh readMeshFile(const std::string& path, ReadReport* report) {
     return readGltf(bytes.view(), path, report);
 }
 
+void writeNeqFile(const std::string& path, const MeshView& mesh, const WriteOptions& options) {
+    // Written straight from the arrays, with no copy of the file.
+    replaceWithOrFail(path, options.durable, [&mesh](uvmerge::FileSink& sink) {
+        return writeNeqTo(mesh, [&sink](const void* data, std::size_t size) {
+            return sink.write(static_cast<const char*>(data), size);
+        });
+    });
+}
+
 void writeMeshFile(const std::string& path, const Mesh& mesh, const WriteOptions& options) {
     switch (formatOrFail(path)) {
-    case Format::neq: // written straight from the arrays, with no copy of the file
-        replaceWithOrFail(path, [&mesh](uvmerge::FileSink& sink) {
-            return writeNeqTo(mesh, [&sink](const void* data, std::size_t size) {
-                return sink.write(static_cast<const char*>(data), size);
-            });
-        });
+    case Format::neq:
+        writeNeqFile(path, mesh, options);
         return;
     case Format::obj:
-        replaceWithOrFail(path, [&mesh](uvmerge::FileSink& sink) {
+        replaceWithOrFail(path, options.durable, [&mesh](uvmerge::FileSink& sink) {
             return writeObjTo(mesh, [&sink](const char* data, std::size_t size) {
                 return sink.write(data, size);
             });
         });
         return;
     case Format::glb:
-        replaceOrFail(path, writeGlb(mesh));
+        replaceOrFail(path, writeGlb(mesh), options.durable);
         return;
     case Format::gltf: {
         if (!options.gltfSideBuffer) {
-            replaceOrFail(path, writeGltf(mesh, "", nullptr));
+            replaceOrFail(path, writeGltf(mesh, "", nullptr), options.durable);
             return;
         }
         const std::string binPath = sideBufferPath(path);
         std::string bin;
         const std::string json = writeGltf(mesh, binPath.substr(binPath.rfind('/') + 1), &bin);
         // The buffer first: a .gltf in place always finds the buffer it names.
-        replaceOrFail(binPath, bin);
-        replaceOrFail(path, json);
+        replaceOrFail(binPath, bin, options.durable);
+        replaceOrFail(path, json, options.durable);
         return;
     }
     }

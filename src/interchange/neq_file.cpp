@@ -296,12 +296,12 @@ void putRecords(Put& put, std::size_t count, std::size_t size, Make make) {
 }
 
 // Four-byte values as they stand in memory when that is the file's byte order.
-template <class Put, class T> void putWords(Put& put, const std::vector<T>& values) {
+template <class Put, class T> void putWords(Put& put, const ArrayView<T>& values) {
     if (kLittleEndian) {
-        if (!values.empty()) put(values.data(), values.size() * 4);
+        if (!values.empty()) put(values.data, values.size * 4);
         return;
     }
-    putRecords(put, values.size(), 4, [&values](std::size_t i, std::uint8_t* out) {
+    putRecords(put, values.size, 4, [&values](std::size_t i, std::uint8_t* out) {
         std::uint32_t bits;
         std::memcpy(&bits, &values[i], 4);
         mf::storeU32(out, bits);
@@ -310,18 +310,30 @@ template <class Put, class T> void putWords(Put& put, const std::vector<T>& valu
 
 // The chain the host reads: vertex, face, UV, colour and group blocks, then 16 zero
 // bytes, handed to `put(data, size)` piece by piece.
-template <class Put> void emitNeq(const Mesh& mesh, Put put) {
+// Whether every triangle's fourth index is already the -1 the file stores.
+bool fourthIndicesAreMinusOneOrMore(const MeshView& mesh) {
+    bool plain = true;
+    for (std::size_t i = 3; i < mesh.faces.size; i += 4)
+        plain &= mesh.faces[i] >= -1;
+    return plain;
+}
+
+template <class Put> void emitNeq(const MeshView& mesh, Put put) {
     const std::size_t vertices = mesh.vertexCount();
     const std::size_t faces = mesh.faceCount();
-    put(mesh.neqHeader.data(), mesh.neqHeader.size());
+    put(mesh.neqHeader, mf::kFileHeaderSize);
     putBlockHeader(put, mf::kVertexTag, vertices);
     putWords(put, mesh.positions);
     putBlockHeader(put, mf::kFaceTag, faces);
-    putRecords(put, faces, mf::kFaceRecordSize, [&mesh](std::size_t face, std::uint8_t* out) {
-        const std::int32_t* f = &mesh.faces[face * 4];
-        for (int c = 0; c < 4; ++c) // any negative fourth index is -1
-            mf::storeU32(out + 4 * c, static_cast<std::uint32_t>(c == 3 && f[3] < 0 ? -1 : f[c]));
-    });
+    if (fourthIndicesAreMinusOneOrMore(mesh)) // the usual case: the array is the block
+        putWords(put, mesh.faces);
+    else
+        putRecords(put, faces, mf::kFaceRecordSize, [&mesh](std::size_t face, std::uint8_t* out) {
+            const std::int32_t* f = &mesh.faces[face * 4];
+            for (int c = 0; c < 4; ++c) // any negative fourth index is -1
+                mf::storeU32(out + 4 * c,
+                             static_cast<std::uint32_t>(c == 3 && f[3] < 0 ? -1 : f[c]));
+        });
     if (!mesh.uvs.empty()) {
         putBlockHeader(put, mf::kUvTag, faces);
         putWords(put, mesh.uvs);
@@ -338,17 +350,21 @@ template <class Put> void emitNeq(const Mesh& mesh, Put put) {
     }
     if (!mesh.groups.empty()) {
         putBlockHeader(put, mf::kGroupTag, faces);
-        putRecords(put, faces, mf::kGroupRecordSize, [&mesh](std::size_t face, std::uint8_t* out) {
-            const auto id = static_cast<std::uint16_t>(mesh.groups[face]);
-            out[0] = static_cast<std::uint8_t>(id);
-            out[1] = static_cast<std::uint8_t>(id >> 8);
-        });
+        if (kLittleEndian)
+            put(mesh.groups.data, mesh.groups.size * 2);
+        else
+            putRecords(put, faces, mf::kGroupRecordSize,
+                       [&mesh](std::size_t face, std::uint8_t* out) {
+                           const auto id = static_cast<std::uint16_t>(mesh.groups[face]);
+                           out[0] = static_cast<std::uint8_t>(id);
+                           out[1] = static_cast<std::uint8_t>(id >> 8);
+                       });
     }
     const std::uint8_t end[mf::kBlockHeaderSize] = {};
     put(end, sizeof end);
 }
 
-void requireNeqSize(const Mesh& mesh) {
+void requireNeqSize(const MeshView& mesh) {
     validate(mesh);
     const std::size_t vertices = mesh.vertexCount();
     const std::size_t faces = mesh.faceCount();
@@ -382,7 +398,7 @@ std::string writeNeq(const Mesh& mesh) {
     return out;
 }
 
-bool writeNeqTo(const Mesh& mesh, const std::function<bool(const void*, std::size_t)>& put) {
+bool writeNeqTo(const MeshView& mesh, const std::function<bool(const void*, std::size_t)>& put) {
     requireNeqSize(mesh);
     bool written = true;
     emitNeq(mesh,
