@@ -1,8 +1,7 @@
 // Copying one regular file to another path.
 
+#include "foundation/file_io.h"
 #include "foundation/vd_disk_server.h"
-#include "foundation/vd_disk_server_internal.h"
-#include "foundation/whole_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -14,7 +13,7 @@
 #include <string>
 #include <vector>
 
-using neq::diskserver::OwnedDescriptor;
+using neq::files::OwnedDescriptor;
 
 namespace {
 
@@ -59,8 +58,7 @@ bool copyBlocks(int from, int to) {
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) return false;
         if (got == 0) return true;
-        if (!neq::diskserver::writeAll(to, block.data(), static_cast<std::size_t>(got)))
-            return false;
+        if (!neq::files::writeAll(to, block.data(), static_cast<std::size_t>(got))) return false;
     }
 }
 

@@ -1,14 +1,14 @@
 // Removing a folder with its entries, or the entries that match a wildcard.
 
+#include "foundation/file_io.h"
 #include "foundation/vd_disk_server.h"
-#include "foundation/vd_disk_server_internal.h"
 
 #include <sys/stat.h>
 
 #include <cstdio>
 #include <vector>
 
-using neq::diskserver::isDotEntry;
+using neq::files::isDotEntry;
 
 namespace {
 
@@ -45,11 +45,11 @@ bool VDDiskServer::deleteDirectory(const VDString& path, bool recursive, bool) {
     // folders grows while it is walked.
     for (std::size_t i = 0; i < folders.size(); ++i) {
         const VDString listed = folders[i];
-        neq::diskserver::forEachEntry(listed.c_str(), [&](const char* name, bool isFolder) {
+        neq::files::forEachEntry(listed.c_str(), [&](const char* name, bool isFolder) {
             if (isDotEntry(name)) return;
             // Always joined to the starting folder, even for entries of sub-folders:
             // so it has always been, and recursion reaches only one level down.
-            VDString entry = neq::diskserver::joinPath(target.folder.c_str(), name);
+            VDString entry(neq::files::joinPath(target.folder.c_str(), name).c_str());
             if (recursive && isFolder) folders.push_back(entry);
             if (everything || fileNameMatchFilter(VDString(name), target.filter))
                 doomed.push_back(std::move(entry));

@@ -1,7 +1,7 @@
 // Opening, sizing and testing files: what every whole-file reader needs first.
 
+#include "foundation/file_io.h"
 #include "foundation/vd_disk_server.h"
-#include "foundation/whole_file.h"
 
 #include <sys/stat.h>
 #include <sys/types.h>

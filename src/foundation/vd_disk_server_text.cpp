@@ -1,8 +1,7 @@
 // Small text files read or written whole: settings and notes of at most 4096 bytes.
 
+#include "foundation/file_io.h"
 #include "foundation/vd_disk_server.h"
-#include "foundation/vd_disk_server_internal.h"
-#include "foundation/whole_file.h"
 
 #include <fcntl.h>
 
@@ -29,10 +28,10 @@ bool VDDiskServer::writeFileFromString(const VDString& path, const VDString& tex
     // Created or emptied before the text is looked at: a refused text leaves an empty
     // file, as callers expect. The open itself never waits for a FIFO's reader.
     std::string reason;
-    neq::diskserver::OwnedDescriptor file(neq::files::openFile(
+    neq::files::OwnedDescriptor file(neq::files::openFile(
         path.getValidFilePath(), O_WRONLY | O_CREAT | O_TRUNC, neq::files::Kind::anyFile, reason));
     if (!file.isOpen()) return false;
     const std::size_t size = static_cast<std::size_t>(text.length());
     if (size == 0 || size > kLargestText) return false;
-    return neq::diskserver::writeAll(file.get(), text.c_str(), size) && file.close();
+    return neq::files::writeAll(file.get(), text.c_str(), size) && file.close();
 }
