@@ -1,6 +1,6 @@
 #include "foundation/file_io.h"
 
-#include "platform/memory_hints.h"
+#include "platform/system_hints.h"
 
 #include <dirent.h>
 #include <fcntl.h>

@@ -6,8 +6,7 @@
 // spliced into their source.
 
 #include "foundation/vd_disk_server.h"
-#include "platform/process_output.h"
-#include "platform/process_run.h"
+#include "platform/process.h"
 
 #include <charconv>
 #include <cstdint>

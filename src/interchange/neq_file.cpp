@@ -4,7 +4,7 @@
 
 #include "foundation/file_io.h"
 #include "meshfile/neq_file.h"
-#include "platform/memory_hints.h"
+#include "platform/system_hints.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -6,7 +6,7 @@
 
 #include "foundation/file_io.h"
 #include "foundation/number_format.h"
-#include "platform/writeback.h"
+#include "platform/system_hints.h"
 
 #include <algorithm>
 #include <cstddef>
