@@ -7,8 +7,7 @@
 
 #include "obj_bench_files.h"
 
-#include "foundation/atomic_file.h"
-#include "foundation/whole_file.h"
+#include "foundation/file_io.h"
 #include "interchange/mesh.h"
 
 #include <assimp/Importer.hpp>

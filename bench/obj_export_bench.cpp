@@ -3,7 +3,7 @@
 
 #include "obj_bench_files.h"
 
-#include "api/mesh_exports.h"
+#include "neqbridge/neqbridge.hpp"
 
 #include <benchmark/benchmark.h>
 

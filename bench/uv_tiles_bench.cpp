@@ -4,7 +4,6 @@
 #include "meshfile/neq_writer.h"
 #include "meshfile/sample_mesh.h"
 #include "meshfile/uv_tiles.h"
-#include "meshfile/uv_tiles_split.h"
 
 #include <benchmark/benchmark.h>
 

@@ -4,10 +4,9 @@
 #include "files.h"
 #include "pending_output.h"
 
-#include "bridge/path_entry.h"
-#include "foundation/atomic_file.h"
+#include "bridge/vd_neq.h"
+#include "foundation/file_io.h"
 #include "foundation/vd_disk_server.h"
-#include "foundation/whole_file.h"
 #ifdef NEQBRIDGE_INTERCHANGE
 #include "interchange/mesh.h"
 #endif

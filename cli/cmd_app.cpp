@@ -5,10 +5,9 @@
 #include "files.h"
 #include "json_text.h"
 
-#include "bridge/neq_app_keys.h"
-#include "bridge/vd_neq_app_parser.h"
+#include "bridge/vd_neq_app.h"
 
-#include "foundation/whole_file.h"
+#include "foundation/file_io.h"
 
 #include <strings.h>
 

@@ -5,12 +5,11 @@
 #include "files.h"
 #include "pending_output.h"
 
-#include "api/blend_exports.h"
 #include "api/module_state.h"
-#include "api/uv_tile_exports.h"
 #include "blend/blend_result.h"
 #include "blend/node_name.h"
-#include "foundation/whole_file.h"
+#include "foundation/file_io.h"
+#include "neqbridge/neqbridge.hpp"
 
 #include <cerrno>
 #include <set>

@@ -3,8 +3,6 @@
 #include "command.h"
 #include "files.h"
 
-#include "bridge/path_entry.h"
-#include "bridge/shared_folder_names.h"
 #include "bridge/vd_neq.h"
 #include "foundation/vd_disk_server.h"
 

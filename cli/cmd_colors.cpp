@@ -4,7 +4,7 @@
 #include "neq_input.h"
 #include "pending_output.h"
 
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/neq_inspect.h"
 #include "meshfile/rgb_block.h"
 

@@ -3,9 +3,9 @@
 #include "json_text.h"
 #include "neq_input.h"
 
-#include "meshfile/neq_bytes.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/neq_inspect.h"
-#include "meshfile/obj_export_outcome.h"
+#include "meshfile/obj_export.h"
 
 #include <cstdio>
 #include <optional>

@@ -1,6 +1,6 @@
-#include "api/name_exports.h"
 #include "args.h"
 #include "command.h"
+#include "neqbridge/neqbridge.hpp"
 
 #include <cstdio>
 #include <memory>

@@ -5,7 +5,7 @@
 #include "pending_output.h"
 
 #include "meshfile/face_ids.h"
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/obj_export.h"
 
 #include <cerrno>

@@ -8,7 +8,7 @@
 #include "pending_output.h"
 
 #include "meshfile/groups.h"
-#include "meshfile/uv_tiles_split.h"
+#include "meshfile/uv_tiles.h"
 
 #include <sys/stat.h>
 

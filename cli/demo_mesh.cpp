@@ -1,10 +1,10 @@
 #include "command.h"
 #include "demo_steps.h"
 
-#include "api/mesh_exports.h"
 #include "api/module_state.h"
 #include "meshfile/neq_writer.h"
 #include "meshfile/sample_mesh.h"
+#include "neqbridge/neqbridge.hpp"
 
 #include <sys/stat.h>
 

@@ -3,7 +3,7 @@
 #include "demo_steps.h"
 
 #include "foundation/file_name_extract.h"
-#include "meshfile/uv_tiles_split.h"
+#include "meshfile/uv_tiles.h"
 
 namespace neq::cli {
 namespace {

@@ -1,11 +1,10 @@
 #include "files.h"
 
-#include "foundation/whole_file.h"
+#include "foundation/file_io.h"
 
 #include "command.h"
 
-#include "meshfile/field_readers.h"
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

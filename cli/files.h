@@ -3,7 +3,7 @@
 // Checks on the files a command reads and writes, each failing with a message that
 // names the file and the reason in words (throws Failure, command.h).
 
-#include "foundation/atomic_file.h"
+#include "foundation/file_io.h"
 
 #include <string>
 #include <vector>

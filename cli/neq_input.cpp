@@ -3,9 +3,9 @@
 #include "command.h"
 #include "files.h"
 
-#include "meshfile/neq_format.h"
+#include "meshfile/neq_file.h"
 #include "meshfile/neq_inspect.h"
-#include "meshfile/obj_export_outcome.h"
+#include "meshfile/obj_export.h"
 
 #include <algorithm>
 #include <iterator>

@@ -2,7 +2,7 @@
 
 // Reading the NeQ input of the mesh commands, with the messages they share.
 
-#include "meshfile/neq_bytes.h"
+#include "meshfile/neq_file.h"
 
 #include <cstdint>
 #include <string>

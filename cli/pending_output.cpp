@@ -3,9 +3,7 @@
 #include "command.h"
 #include "files.h"
 
-#include "foundation/atomic_file.h"
-#include "foundation/vd_disk_server_internal.h"
-#include "foundation/whole_file.h"
+#include "foundation/file_io.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -105,7 +103,7 @@ void PendingOutput::commit() {
             throw Failure("cannot read back the output for standard output: " + reason);
         std::fflush(stdout);
         errno = 0;
-        if (!diskserver::writeAll(STDOUT_FILENO, bytes.data(), bytes.size()))
+        if (!files::writeAll(STDOUT_FILENO, bytes.data(), bytes.size()))
             throw Failure("cannot write to standard output: " + reasonOf(errno));
         removeTemporary();
         return;

@@ -1,7 +1,7 @@
 // The configuration-file readers on arbitrary bytes: a target application's description
 // through VDNeQAppParser (every key registered), and the lookup of single entries.
 
-#include "bridge/vd_neq_app_parser.h"
+#include "bridge/vd_neq_app.h"
 #include "foundation/vd_config_parser.h"
 
 #include "fuzz_input_file.h"

@@ -7,7 +7,6 @@
 #include "meshfile/obj_export.h"
 #include "meshfile/rgb_block.h"
 #include "meshfile/uv_tiles.h"
-#include "meshfile/uv_tiles_split.h"
 
 #include "fuzz_input_file.h"
 

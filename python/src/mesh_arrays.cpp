@@ -5,7 +5,7 @@
 #include "bindings.h"
 
 #include "interchange/mesh.h"
-#include "platform/memory_hints.h"
+#include "platform/system_hints.h"
 
 #include <pybind11/numpy.h>
 #include <pybind11/stl.h>

@@ -4,9 +4,8 @@
 
 #include "api/host_entry.h"
 #include "api/module_state.h"
+#include "foundation/file_io.h"
 #include "foundation/vd_disk_server.h"
-#include "foundation/vd_disk_server_internal.h"
-#include "foundation/whole_file.h"
 #include "uvmerge/vd_uv_merge_algo.h"
 
 #include <fcntl.h>
@@ -34,12 +33,11 @@ float appendWithRepeatedLastByte(const char* source, const char* destination) {
     neq::appendRepeatedLastByte(bytes);
     // Created if missing, never truncated; a FIFO nobody reads is refused, not waited on.
     std::string reason;
-    neq::diskserver::OwnedDescriptor file(neq::files::openFile(
+    neq::files::OwnedDescriptor file(neq::files::openFile(
         destination, O_WRONLY | O_CREAT | O_APPEND, neq::files::Kind::anyFile, reason));
     if (!file.isOpen()) return kDestinationUnwritable;
     // As in the copy loop, a failed write is not reported: the entry returns 0.
-    neq::diskserver::writeAll(file.get(), reinterpret_cast<const char*>(bytes.data()),
-                              bytes.size());
+    neq::files::writeAll(file.get(), reinterpret_cast<const char*>(bytes.data()), bytes.size());
     return 0.0f;
 }
 

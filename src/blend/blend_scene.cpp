@@ -4,7 +4,7 @@
 #include "blend/blend_statements.h"
 #include "blend/node_name.h"
 #include "blend/scene_file.h"
-#include "foundation/whole_file.h"
+#include "foundation/file_io.h"
 
 namespace neq::blend {
 

@@ -1,6 +1,6 @@
 #include "blend/scene_file.h"
 
-#include "foundation/whole_file.h"
+#include "foundation/file_io.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

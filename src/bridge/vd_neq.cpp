@@ -27,7 +27,7 @@ namespace {
 
 const char kConfigFile[] = "NeQ_Config.txt";
 
-// A refused folder (empty, see bridge/shared_folder_names.h) has no files in it.
+// A refused folder (empty, see SharedFolderNames) has no files in it.
 VDString joined(const VDString& folder, const VDString& name) {
     if (folder.length() == 0) return VDString();
     return folder + loadedSharedFolderNames().folderSeparator + name;
@@ -155,7 +155,7 @@ const char kPathKey[] = "PATH";
 } // namespace
 
 VDString readPathEntry(const VDString& configFile, bool* found) {
-    if (configFile.length() == 0) { // no such file: see path_entry.h
+    if (configFile.length() == 0) { // no such file: see readPathEntry
         if (found) *found = false;
         return VDString();
     }

@@ -16,7 +16,7 @@
 
 class NEQBRIDGE_API VDNeQ {
   public:
-    // Fixed when the library loads (see bridge/shared_folder_names.h).
+    // Fixed when the library loads (see SharedFolderNames below).
     static const VDString s_publicFolder;
     static const VDString s_folderSeparator;
     static const VDString s_NeQAppsFolder;

@@ -1,6 +1,6 @@
 #include "foundation/output_file.h"
 
-#include "foundation/whole_file.h"
+#include "foundation/file_io.h"
 
 #include <cstring>
 #include <string>

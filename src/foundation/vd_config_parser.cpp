@@ -3,10 +3,8 @@
 
 #include "foundation/vd_config_parser.h"
 
-#include "foundation/atomic_file.h"
-#include "foundation/vd_disk_server_internal.h"
+#include "foundation/file_io.h"
 #include "foundation/vd_string.h"
-#include "foundation/whole_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -328,9 +326,9 @@ bool replaceFileContents(const char* path, const std::string& bytes) {
         return files::replaceFile(path, bytes, reason);
     // A device is not a file to replace: it is written to, as it always was (a FIFO only
     // when someone reads it; otherwise the write fails instead of waiting).
-    diskserver::OwnedDescriptor device(
+    files::OwnedDescriptor device(
         files::openFile(path, O_WRONLY | O_TRUNC, files::Kind::anyFile, reason));
-    return device.isOpen() && diskserver::writeAll(device.get(), bytes.data(), bytes.size()) &&
+    return device.isOpen() && files::writeAll(device.get(), bytes.data(), bytes.size()) &&
            device.close();
 }
 

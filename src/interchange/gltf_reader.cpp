@@ -4,7 +4,7 @@
 #include "interchange/gltf_layout.h"
 #include "interchange/mesh.h"
 
-#include "foundation/atomic_file.h"
+#include "foundation/file_io.h"
 
 #include <tiny_gltf.h>
 

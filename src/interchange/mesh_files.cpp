@@ -2,8 +2,7 @@
 
 #include "interchange/mesh.h"
 
-#include "foundation/atomic_file.h"
-#include "foundation/whole_file.h"
+#include "foundation/file_io.h"
 #include "uvmerge/text_out.h"
 
 #include <cerrno>

@@ -2,9 +2,9 @@
 
 #include "interchange/mesh.h"
 
-#include "foundation/whole_file.h"
+#include "foundation/file_io.h"
 #include "meshfile/neq_file.h"
-#include "platform/memory_hints.h"
+#include "platform/system_hints.h"
 
 #include <algorithm>
 #include <cerrno>

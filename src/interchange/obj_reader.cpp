@@ -4,7 +4,7 @@
 
 #include "interchange/mesh.h"
 
-#include "platform/memory_hints.h"
+#include "platform/system_hints.h"
 
 #include <fast_float/fast_float.h>
 

@@ -3,7 +3,7 @@
 
 #include "interchange/mesh.h"
 
-#include "platform/memory_hints.h"
+#include "platform/system_hints.h"
 #include "uvmerge/text_out.h"
 
 #include <charconv>

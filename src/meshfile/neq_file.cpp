@@ -1,6 +1,6 @@
 #include "meshfile/neq_file.h"
 
-#include "foundation/whole_file.h"
+#include "foundation/file_io.h"
 
 namespace neq::meshfile {
 

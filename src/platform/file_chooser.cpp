@@ -1,6 +1,6 @@
 #include "platform/file_chooser.h"
 
-#include "platform/process_output.h"
+#include "platform/process.h"
 
 namespace neq::platform {
 

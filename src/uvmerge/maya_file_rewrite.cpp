@@ -1,8 +1,7 @@
 #include "uvmerge/maya_file_rewrite.h"
 
-#include "foundation/atomic_file.h"
+#include "foundation/file_io.h"
 #include "foundation/vd_string.h"
-#include "foundation/whole_file.h"
 #include "uvmerge/vd_uv_merge_algo.h"
 
 #include <new>

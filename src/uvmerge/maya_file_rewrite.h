@@ -18,12 +18,12 @@ struct MayaFileWeld {
     MayaUvRewrite rewrite; // the weld's counts (and, from rewriteMayaFile, its text)
 };
 
-// Reads the scene at `input` (a regular file; see readRegularFile in atomic_file.h) and
+// Reads the scene at `input` (a regular file; see readRegularFile in file_io.h) and
 // rewrites it in memory: the text is in rewrite.text. Fails with `read` or `refused`.
 MayaFileWeld rewriteMayaFile(const char* input);
 
 // Welds the scene at `input` and writes the result to `output`, or back over `input`
-// when `output` is null (see replaceFile in atomic_file.h for how files are replaced).
+// when `output` is null (see replaceFile in file_io.h for how files are replaced).
 // The host's entry rewrites a scene with nothing to weld too (its transform lines and
 // the text after "// End of" go); with `keepUnwelded` such a scene is not written and
 // the result is `nothingToWeld`.

@@ -4,7 +4,7 @@
 #include "uvmerge/maya_uv_rewrite.h"
 
 #include "foundation/vd_string.h"
-#include "platform/memory_hints.h"
+#include "platform/system_hints.h"
 #include "uvmerge/maya_number_scan.h"
 #include "uvmerge/maya_uv_scene.h"
 #include "uvmerge/short_range_log.h"

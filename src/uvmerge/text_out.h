@@ -4,9 +4,9 @@
 // file, a string), and walking entries in numbered blocks: what the statements of a
 // scene are written with.
 
+#include "foundation/file_io.h"
 #include "foundation/number_format.h"
-#include "foundation/vd_disk_server_internal.h"
-#include "platform/writeback.h"
+#include "platform/system_hints.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -44,7 +44,7 @@ class FileSink final : public TextSink {
   public:
     explicit FileSink(int fd) : fd_(fd) {}
     bool write(const char* data, std::size_t size) override {
-        if (!diskserver::writeAll(fd_, data, size)) return false;
+        if (!files::writeAll(fd_, data, size)) return false;
         written_ += size;
         constexpr std::uint64_t kWritebackStep = std::uint64_t{8} << 20;
         if (written_ - writebackStart_ >= kWritebackStep) {

@@ -2,7 +2,7 @@
 
 #include "uvmerge/vd_uv_merge_algo.h"
 
-#include "platform/memory_hints.h"
+#include "platform/system_hints.h"
 
 #include <algorithm>
 #include <climits>

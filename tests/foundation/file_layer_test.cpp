@@ -3,11 +3,10 @@
 // content in place or leaves the target as it was, with no temporary file behind.
 
 #include "bridge/vd_neq_app.h"
-#include "foundation/atomic_file.h"
+#include "foundation/file_io.h"
 #include "foundation/vd_binary_file.h"
 #include "foundation/vd_config_parser.h"
 #include "foundation/vd_disk_server.h"
-#include "foundation/whole_file.h"
 #include "neqbridge/neqbridge.h"
 #include "neqbridge/neqbridge.hpp"
 

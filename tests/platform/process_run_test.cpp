@@ -1,6 +1,5 @@
-#include "platform/process_run.h"
+#include "platform/process.h"
 
-#include "platform/process_output.h"
 #include "recording_tools.h"
 
 #include <signal.h>

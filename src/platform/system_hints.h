@@ -1,8 +1,11 @@
 #pragma once
 
-// Hints to the operating system about memory the program is about to fill.
+// Hints to the operating system about memory the program is about to fill and file data
+// it has just written. Only hints: systems without the feature, and refusals, change
+// nothing but the speed.
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace neq::platform {
@@ -18,5 +21,9 @@ template <class Vector> void reserveLarge(Vector& vector, std::size_t count) {
     vector.reserve(count);
     preferLargePages(vector.data(), vector.capacity() * sizeof(*vector.data()));
 }
+
+// Asks the system to start writing [offset, offset + length) of the open file `fd` to
+// disk now, without waiting, so that a later flush has less to wait for.
+void startWriteback(int fd, std::uint64_t offset, std::uint64_t length);
 
 } // namespace neq::platform

@@ -1,8 +1,7 @@
-#include "platform/memory_hints.h"
+#include "platform/system_hints.h"
 
+#include <fcntl.h>
 #include <sys/mman.h>
-
-#include <cstdint>
 
 namespace neq::platform {
 
@@ -17,6 +16,14 @@ void preferLargePages(const void* data, std::size_t bytes) {
 #else
     (void)data;
     (void)bytes;
+#endif
+}
+
+void startWriteback([[maybe_unused]] int fd, [[maybe_unused]] std::uint64_t offset,
+                    [[maybe_unused]] std::uint64_t length) {
+#ifdef SYNC_FILE_RANGE_WRITE
+    ::sync_file_range(fd, static_cast<off_t>(offset), static_cast<off_t>(length),
+                      SYNC_FILE_RANGE_WRITE);
 #endif
 }
 

@@ -2,10 +2,11 @@
 
 // Starting helper programs directly, with argument vectors: no shell ever sees a path
 // or an argument, so quotes, "$(...)", backticks and the like reach the program
-// verbatim and run nothing else.
+// verbatim and run nothing else. Also running one and collecting what it prints.
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,5 +24,10 @@ bool exitedCleanly(pid_t child);
 // Starts argv and waits for it: true when it exited with status 0, false also when it
 // could not be started (for example because it is not installed).
 bool runProgram(const std::vector<std::string>& argv);
+
+// Runs argv as startProgram does (no shell, nothing read, standard error to
+// /dev/null) and waits for it to end. Returns what it wrote on standard output, or
+// nullopt when it could not be started or did not exit with status 0.
+std::optional<std::string> runForOutput(const std::vector<std::string>& argv);
 
 } // namespace neq::platform

@@ -1,5 +1,0 @@
-#pragma once
-
-// Kept only for code outside the library that still includes it.
-
-#include "meshfile/uv_tiles.h"
