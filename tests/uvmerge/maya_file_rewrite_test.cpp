@@ -29,14 +29,14 @@ mode_t permissionBits(const std::string& path) {
 }
 
 const std::string& weldedQuad() {
-    static const std::string text = rewritten(kQuadScene);
+    static const std::string text = rewritten(quadScene());
     return text;
 }
 
 TEST(MayaFileRewrite, WeldsInPlaceKeepingPermissionBitsAndLinks) {
     TempDir dir;
     const std::string scene = dir.file("quad.ma");
-    writeFile(scene, kQuadScene);
+    writeFile(scene, quadScene());
     ASSERT_EQ(::chmod(scene.c_str(), 0640), 0);
     const MayaFileWeld weld = weldMayaFile(scene.c_str());
     EXPECT_EQ(weld.failure, Failure::none) << weld.reason;
@@ -47,7 +47,7 @@ TEST(MayaFileRewrite, WeldsInPlaceKeepingPermissionBitsAndLinks) {
 
     // A link keeps pointing where it did; its target is rewritten.
     ASSERT_EQ(::mkdir(dir.file("scenes").c_str(), 0700), 0);
-    writeFile(dir.file("scenes/target.ma"), kQuadScene);
+    writeFile(dir.file("scenes/target.ma"), quadScene());
     ASSERT_EQ(::chmod(dir.file("scenes/target.ma").c_str(), 0604), 0);
     ASSERT_EQ(::symlink("scenes/target.ma", dir.file("link.ma").c_str()), 0);
     EXPECT_EQ(weldMayaFile(dir.file("link.ma").c_str()).failure, Failure::none);
@@ -60,11 +60,11 @@ TEST(MayaFileRewrite, WeldsInPlaceKeepingPermissionBitsAndLinks) {
 
     // To another file: the input stays; a new output gets the usual permission bits.
     const std::string input = dir.file("in.ma"), output = dir.file("out.ma");
-    writeFile(input, kQuadScene);
+    writeFile(input, quadScene());
     const mode_t mask = ::umask(022);
     EXPECT_EQ(weldMayaFile(input.c_str(), output.c_str()).failure, Failure::none);
     ::umask(mask);
-    EXPECT_EQ(readFile(input), kQuadScene);
+    EXPECT_EQ(readFile(input), quadScene());
     EXPECT_EQ(readFile(output), weldedQuad());
     EXPECT_EQ(permissionBits(output), 0644u);
 }
@@ -98,12 +98,11 @@ TEST(MayaFileRewrite, EveryRefusalLeavesTheFileAsItWas) {
     TempDir dir;
     const std::string scene = dir.file("scene.ma");
     for (const RefusedScene& refused : refusedScenes()) {
-        const std::string text = replaced(kQuadScene, refused.from, refused.to);
-        writeFile(scene, text);
+        writeFile(scene, refused.scene);
         const MayaFileWeld weld = weldMayaFile(scene.c_str());
         EXPECT_EQ(weld.failure, Failure::refused) << refused.reason;
         EXPECT_NE(weld.reason.find(refused.reason), std::string::npos) << weld.reason;
-        EXPECT_EQ(readFile(scene), text);
+        EXPECT_EQ(readFile(scene), refused.scene);
         EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{"scene.ma"});
     }
     writeFile(scene, "");
@@ -120,14 +119,14 @@ TEST(MayaFileRewrite, ReadOnlyFilesAreLeftAlone) {
     TempDir dir;
     handToUnprivilegedUser(dir.path());
     const std::string scene = dir.file("scene.ma");
-    writeFile(scene, kQuadScene);
+    writeFile(scene, quadScene());
     handToUnprivilegedUser(scene);
     ASSERT_EQ(::chmod(scene.c_str(), 0444), 0);
     EXPECT_TRUE(runInChild({std::nullopt, true}, [&] {
         const MayaFileWeld weld = weldMayaFile(scene.c_str());
         return weld.failure == Failure::write && weld.reason == "Permission denied";
     }));
-    EXPECT_EQ(readFile(scene), kQuadScene);
+    EXPECT_EQ(readFile(scene), quadScene());
 }
 
 TEST(MayaFileRewrite, HostEntryWeldsMayaScenesOnly) {
@@ -142,15 +141,15 @@ TEST(MayaFileRewrite, HostEntryWeldsMayaScenesOnly) {
         {"d.neq", -1.0f, false}, {"e.obj", -1.0f, false}, {"f.ma.txt", -1.0f, false},
     };
     for (const auto& file : kFiles) {
-        writeFile(dir.file(file.name), kQuadScene);
+        writeFile(dir.file(file.name), quadScene());
         EXPECT_EQ(library.call("NeQMergeUVs", dir.file(file.name).c_str()), file.result)
             << file.name;
-        EXPECT_EQ(readFile(dir.file(file.name)), file.welded ? weldedQuad() : kQuadScene);
+        EXPECT_EQ(readFile(dir.file(file.name)), file.welded ? weldedQuad() : quadScene());
     }
     EXPECT_EQ(library.call("NeQMergeUVs", dir.file("missing.ma").c_str()), -1.0f);
     EXPECT_EQ(library.call("NeQMergeUVs", nullptr), -1.0f);
     EXPECT_FALSE(fileExists(dir.file("missing.ma")));
-    const std::string refused = replaced(kQuadScene, "uvsp[0:3]", "uvsp[0:4]");
+    const std::string refused = replaced(quadScene(), "uvsp[0:3]", "uvsp[0:4]");
     writeFile(dir.file("refused.ma"), refused);
     EXPECT_EQ(library.call("NeQMergeUVs", dir.file("refused.ma").c_str()), -1.0f);
     EXPECT_EQ(readFile(dir.file("refused.ma")), refused);
