@@ -125,12 +125,6 @@ TEST(UvGroups, CountsDistinctSignedValues) {
     }
 }
 
-} // namespace
-} // namespace neq::test
-
-namespace neq::test {
-namespace {
-
 using Names = std::vector<std::string>;
 
 // Faces in three tiles; the second pair of each record strays into other tiles.
@@ -139,19 +133,6 @@ const std::vector<UvRecord> kRecords = {
     {1.25f, 0.75f, 0.5f, 0.5f, 1.0f, 0.0f, 1.5f, 0.5f},    // _u1_v0
     {-0.25f, 0.5f, -1.0f, 0.5f, -0.5f, 0.25f, 0.5f, 0.5f}, // _u-1_v0
 };
-
-// A tile file as it must come out: the input up to the UV records, the pairs as
-// little-endian floats, 16 zero bytes.
-std::string expectedTileFile(const meshfile::NeqBytes& input, const std::vector<float>& pairs) {
-    std::string out(input.begin(), input.begin() + uvRecordsOffset(uvMesh(kRecords)));
-    for (const float value : pairs) {
-        std::uint32_t bits;
-        std::memcpy(&bits, &value, sizeof bits);
-        for (int shift = 0; shift < 32; shift += 8)
-            out.push_back(static_cast<char>(bits >> shift));
-    }
-    return out + std::string(16, '\0');
-}
 
 class UvTilesSplit : public ::testing::Test {
   protected:
@@ -173,17 +154,12 @@ TEST_F(UvTilesSplit, WritesOneByteExactFilePerTileInNameOrder) {
     Names names = {"left over"};
     ASSERT_EQ(split(names), 3.0f);
     EXPECT_EQ(names, (Names{"_u-1_v0", "_u0_v0", "_u1_v0"}));
-    const float o = -1.0f; // a pair outside the tile
-    const std::vector<std::vector<float>> expectedPairs = {
-        // _u-1_v0: -1.0 lies in tile -2, so only (-0.25, 0.5) and (-0.5, 0.25) stay.
-        {o, o, o, o, o, o, o, o, o, o, o, o, o, o, o, o, 0.75f, 0.5f, o, o, 0.5f, 0.25f, o, o},
-        {0.5f, 0.5f, o, o, 0.0f, 0.0f, 0.99f, 0.25f, o, o, 0.5f, 0.5f,
-         o,    o,    o, o, o,    o,    o,     o,     o, o, 0.5f, 0.5f},
-        {o,    o,    0.25f, 0.75f, o, o, o, o, 0.25f, 0.75f, o, o,
-         0.0f, 0.0f, 0.5f,  0.5f,  o, o, o, o, o,     o,     o, o},
-    };
+    // Each holds the input up to the UV records, then every pair: in the tile, its place
+    // there (-1.0 lies in tile -2); outside, (-1, -1); then 16 zero bytes.
     for (int k = 0; k < 3; ++k)
-        EXPECT_EQ(readFile(tileFile(k)), expectedTileFile(input, expectedPairs[k])) << k;
+        EXPECT_EQ(readFile(tileFile(k)),
+                  readTestData("meshfile/split_tile" + std::to_string(k) + ".NeQ"))
+            << k;
     EXPECT_FALSE(fileExists(tileFile(3)));
 }
 

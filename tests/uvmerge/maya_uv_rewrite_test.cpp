@@ -1,6 +1,8 @@
 #include "uvmerge/maya_uv_rewrite.h"
 
+#include "meshfile/sample_mesh.h"
 #include "support/temp_dir.h"
+#include "uvmerge/maya_mesh_writer.h"
 #include "uvmerge/maya_test_scenes.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +12,8 @@
 namespace neq::test {
 namespace {
 
+using uvmerge::buildMayaScene;
+using uvmerge::MayaSceneOptions;
 using uvmerge::rewriteMayaUvs;
 
 // quirks.ma: case-insensitive headers after blanks, a blank line that leaves a range
@@ -83,6 +87,54 @@ TEST(MayaUvRewrite, RefusesScenesOutsideTheLayout) {
             << refused.reason << "\n  got: " << result.refusal;
         EXPECT_TRUE(result.text.empty());
     }
+}
+
+std::string houseScene(bool crlf) {
+    MayaSceneOptions options;
+    options.name = "house";
+    options.crlf = crlf;
+    return buildMayaScene(meshfile::makeSampleMesh(), options);
+}
+
+// The writer's layout, and the sample house welded from it: transform lines gone,
+// reversed edges followed to their second vertex, the roof triangles written with three
+// corners, and everything after "// End of " cut (with CR LF, the LF of each removed
+// line stays behind as an empty line and ends the text before the next mark).
+TEST(MayaUvRewrite, SampleHouseGoldens) {
+    EXPECT_EQ(houseScene(false), readTestData("uvmerge/house.ma"));
+    const std::string extra = "createNode transform -n \"extra\";\n";
+    const uvmerge::MayaUvRewrite result = rewriteMayaUvs(houseScene(false) + extra);
+    ASSERT_TRUE(result.ok) << result.refusal;
+    EXPECT_EQ(result.text, readTestData("uvmerge/house_welded.ma"));
+    EXPECT_TRUE(result.welded);
+    EXPECT_EQ(result.uvsBefore, 33u);
+    EXPECT_EQ(result.uvsAfter, 22u);
+    EXPECT_EQ(result.faces, 9u);
+    EXPECT_EQ(result.triangles, 3u);
+
+    EXPECT_EQ(rewritten(houseScene(true) + "createNode transform -n \"extra\";\r\n"),
+              readTestData("uvmerge/house_crlf_welded.ma"));
+}
+
+TEST(MayaUvRewrite, BlocksOf250UvsAnd500Faces) {
+    MayaSceneOptions options;
+    options.name = "strip";
+    // 250 UVs and 125 faces: one block each.
+    const std::string uvs250 = rewritten(buildMayaScene(stripMesh(125, false), options));
+    EXPECT_NE(uvs250.find("setAttr -s 252 \".uvst[0].uvsp\""), std::string::npos);
+    const std::string uvs250Only = rewritten(buildMayaScene(stripMesh(124, false), options));
+    EXPECT_NE(uvs250Only.find("uvsp[0:249]\" -type \"float2\"\n"), std::string::npos);
+    EXPECT_EQ(uvs250Only.find("uvsp[250"), std::string::npos);
+    // 251 UVs: 0:249 and 250:250, the last from the triangle's apex.
+    EXPECT_EQ(rewritten(buildMayaScene(stripMesh(124, true), options)),
+              readTestData("uvmerge/strip_251_uvs_welded.ma"));
+
+    const std::string faces500 = rewritten(buildMayaScene(stripMesh(500, false), options));
+    EXPECT_NE(faces500.find("\tsetAttr -s 500 \".fc\";\n\tsetAttr \".fc[0:499]\""),
+              std::string::npos);
+    EXPECT_EQ(faces500.find(".fc[500"), std::string::npos);
+    EXPECT_EQ(rewritten(buildMayaScene(stripMesh(501, false), options)),
+              readTestData("uvmerge/strip_501_faces_welded.ma"));
 }
 
 } // namespace
