@@ -24,7 +24,7 @@ struct Parsed {
     bool ok = false;
 };
 
-// How each key reads, through the tool, is tests/data/cli/transcripts/app_descriptions.txt.
+// How each key reads, through the tool, is tests/data/cli/transcripts/app_description_keys.txt.
 TEST(NeQApp, EveryFlagKeySetsAndClearsItsOwnBit) {
     std::uint32_t all = 0;
     int flagKeys = 0;
