@@ -8,57 +8,77 @@
 
 #include <cstdlib>
 #include <string>
-#include <vector>
 
 namespace neq::test {
 namespace {
-
-using bridge::SharedFolderNames;
-using bridge::sharedFolderNamesFor;
 
 std::string str(const VDString& s) {
     return s.c_str();
 }
 
-// Unset or empty, the variable leaves the standard names; set, it moves all of them.
-TEST(SharedFolder, TheVariableMovesEveryName) {
-    const std::pair<const char*, const char*> cases[] = {
-        {nullptr, "/Users/Shared/Vandrel"}, {"", "/Users/Shared/Vandrel"},
-        {"/srv/bridge", "/srv/bridge"},     {"/srv/bridge///", "/srv/bridge"},
-        {"relative/dir/", "relative/dir"},  {" ", " "}};
-    for (const auto& [value, folder] : cases) {
-        SCOPED_TRACE(value ? value : "(unset)");
-        const SharedFolderNames names = sharedFolderNamesFor(value);
-        const std::string root = folder;
-        EXPECT_EQ(str(names.publicFolder), root);
-        EXPECT_EQ(str(names.folderSeparator), "/");
-        EXPECT_EQ(str(names.appsFolder), root + "/NeQApps");
-        EXPECT_EQ(str(names.brushFolder), root + "/NeQBrush");
-        EXPECT_EQ(str(names.projectsFolder), root + "/NeQProjects");
-        EXPECT_EQ(str(names.defaultProjectFolder), root + "/NeQProjects/Default");
-    }
-}
-
-// The root, however spelt, would spread the tree over "/": it is refused, leaving every
-// name empty (no folder to use).
-TEST(SharedFolder, TheRootIsRefused) {
+// Unset or empty, the variable leaves the standard names; set, it moves all of them. The
+// root, however spelt, would spread the tree over "/": it is refused, leaving every name
+// empty (no folder to use).
+TEST(SharedFolder, TheVariableMovesEveryNameButTheRootIsRefused) {
     TempDir dir;
     ASSERT_EQ(::symlink("/", dir.file("root").c_str()), 0);
-    for (const std::string& value :
-         std::vector<std::string>{"/", "//", "/./", "/tmp/..", "/..//.", dir.file("root")}) {
-        const SharedFolderNames names = sharedFolderNamesFor(value.c_str());
-        EXPECT_TRUE(names.rootRefused) << value;
-        for (const VDString* name : {&names.publicFolder, &names.appsFolder, &names.brushFolder,
-                                     &names.projectsFolder, &names.defaultProjectFolder})
-            EXPECT_EQ(str(*name), "") << value;
+    const std::string link = dir.file("root");
+    const std::pair<const char*, const char*> cases[] = {{nullptr, "/Users/Shared/Vandrel"},
+                                                         {"", "/Users/Shared/Vandrel"},
+                                                         {"/srv/bridge", "/srv/bridge"},
+                                                         {"/srv/bridge///", "/srv/bridge"},
+                                                         {"relative/dir/", "relative/dir"},
+                                                         {" ", " "},
+                                                         {"/tmp/../srv", "/tmp/../srv"},
+                                                         {"..", ".."},
+                                                         {"/", ""},
+                                                         {"//", ""},
+                                                         {"/./", ""},
+                                                         {"/tmp/..", ""},
+                                                         {"/..//.", ""},
+                                                         {link.c_str(), ""}};
+    for (const auto& [value, folder] : cases) {
+        SCOPED_TRACE(value ? value : "(unset)");
+        const bridge::SharedFolderNames names = bridge::sharedFolderNamesFor(value);
+        const std::string root = folder;
+        const auto under = [&root](const char* name) { return root.empty() ? "" : root + name; };
+        EXPECT_EQ(names.rootRefused, root.empty());
+        EXPECT_EQ(str(names.publicFolder), root);
+        EXPECT_EQ(str(names.appsFolder), under("/NeQApps"));
+        EXPECT_EQ(str(names.brushFolder), under("/NeQBrush"));
+        EXPECT_EQ(str(names.projectsFolder), under("/NeQProjects"));
+        EXPECT_EQ(str(names.defaultProjectFolder), under("/NeQProjects/Default"));
     }
-    for (const char* value : {"/tmp", "/tmp/../srv", "..", "."})
-        EXPECT_FALSE(sharedFolderNamesFor(value).rootRefused) << value;
 }
 
-// An application is one plain folder name under NeQApps; anything else would lead out
-// of it, so its paths are empty, nothing is found and nothing written.
-TEST(SharedFolder, ApplicationNamesAreOnePlainFolderName) {
+// The names this process loaded with (the variable is normally unset under test; the
+// tool's tests run it with the variable set). An application is one plain folder name
+// under NeQApps; anything else would lead out of it, so its paths are empty, nothing is
+// found and nothing written.
+TEST(SharedFolder, PathBuildersJoinTheLoadedNamesAndPlainAppNames) {
+    const std::string root =
+        str(bridge::sharedFolderNamesFor(std::getenv("NEQBRIDGE_PUBLIC_FOLDER")).publicFolder);
+    const VDString maya("Maya");
+    const std::pair<VDString, const char*> paths[] = {
+        {VDNeQ::s_publicFolder, ""},
+        {VDNeQ::s_NeQAppsFolder, "/NeQApps"},
+        {VDNeQ::s_NeQBrushFolder, "/NeQBrush"},
+        {VDNeQ::s_NeQProjectsFolder, "/NeQProjects"},
+        {VDNeQ::s_NeQDefaultProjectFolder, "/NeQProjects/Default"},
+        {VDNeQ::getAppFile(maya, VDString("NeQ_Config.txt")), "/NeQApps/Maya/NeQ_Config.txt"},
+        {VDNeQ::getAppFolder(maya), "/NeQApps/Maya"},
+        {VDNeQ::getClayvoFile(VDString("x.txt")), "/NeQBrush/x.txt"},
+        {VDNeQ::getDefaultProjectFile(VDString("p.txt")), "/NeQProjects/Default/p.txt"},
+        {VDNeQ::getApplicationFile(), "/NeQBrush/NeQ_Application.txt"},
+        {VDNeQ::getObjectListFile(), "/NeQBrush/NeQ_ObjectList.txt"},
+        {VDNeQ::getProjectPathFile(), "/NeQBrush/NeQ_ProjectPath.txt"},
+        {VDNeQ::getObjectPathFile(), "/NeQBrush/NeQ_ObjectPath.txt"}};
+    for (const auto& [path, suffix] : paths)
+        EXPECT_EQ(str(path), root + suffix);
+    EXPECT_EQ(str(VDNeQ::s_folderSeparator), "/");
+
+    for (const char* app : {"Maya", "...", "a.b", "my app"})
+        EXPECT_TRUE(VDNeQ::isAppName(VDString(app))) << app;
     for (const char* app : {"../../trav", "..", ".", "", "a/b", "a\\b", "/abs"}) {
         const VDString name(app);
         EXPECT_FALSE(VDNeQ::isAppName(name)) << app;
@@ -69,32 +89,6 @@ TEST(SharedFolder, ApplicationNamesAreOnePlainFolderName) {
         EXPECT_FALSE(found) << app;
         EXPECT_FALSE(VDNeQ::writeAppPath(name, VDString("/x"))) << app;
     }
-    for (const char* app : {"Maya", "...", "a.b", "my app"})
-        EXPECT_TRUE(VDNeQ::isAppName(VDString(app))) << app;
-}
-
-// The names this process loaded with (the variable is normally unset under test; the
-// tool's tests run it with the variable set).
-TEST(SharedFolder, PathBuildersJoinTheLoadedNames) {
-    const SharedFolderNames loaded = sharedFolderNamesFor(std::getenv("NEQBRIDGE_PUBLIC_FOLDER"));
-    const std::string root = str(loaded.publicFolder);
-    EXPECT_EQ(str(VDNeQ::s_publicFolder), root);
-    EXPECT_EQ(str(VDNeQ::s_folderSeparator), "/");
-    EXPECT_EQ(str(VDNeQ::s_NeQAppsFolder), root + "/NeQApps");
-    EXPECT_EQ(str(VDNeQ::s_NeQBrushFolder), root + "/NeQBrush");
-    EXPECT_EQ(str(VDNeQ::s_NeQProjectsFolder), root + "/NeQProjects");
-    EXPECT_EQ(str(VDNeQ::s_NeQDefaultProjectFolder), root + "/NeQProjects/Default");
-
-    EXPECT_EQ(str(VDNeQ::getAppFile(VDString("Maya"), VDString("NeQ_Config.txt"))),
-              root + "/NeQApps/Maya/NeQ_Config.txt");
-    EXPECT_EQ(str(VDNeQ::getAppFolder(VDString("Maya"))), root + "/NeQApps/Maya");
-    EXPECT_EQ(str(VDNeQ::getClayvoFile(VDString("x.txt"))), root + "/NeQBrush/x.txt");
-    EXPECT_EQ(str(VDNeQ::getDefaultProjectFile(VDString("p.txt"))),
-              root + "/NeQProjects/Default/p.txt");
-    EXPECT_EQ(str(VDNeQ::getApplicationFile()), root + "/NeQBrush/NeQ_Application.txt");
-    EXPECT_EQ(str(VDNeQ::getObjectListFile()), root + "/NeQBrush/NeQ_ObjectList.txt");
-    EXPECT_EQ(str(VDNeQ::getProjectPathFile()), root + "/NeQBrush/NeQ_ProjectPath.txt");
-    EXPECT_EQ(str(VDNeQ::getObjectPathFile()), root + "/NeQBrush/NeQ_ObjectPath.txt");
 }
 
 TEST(SharedFolder, PathEntriesRoundTripQuoted) {
@@ -108,10 +102,12 @@ TEST(SharedFolder, PathEntriesRoundTripQuoted) {
     EXPECT_TRUE(found);
 
     // Quotes removed by the lookup are not removed twice, unless a second pair is there.
-    writeFile(config.c_str(), "PATH = \"\"/twice\"\"\n");
-    EXPECT_EQ(str(bridge::readPathEntry(config, nullptr)), "/twice");
-    writeFile(config.c_str(), "PATH = /plain\n");
-    EXPECT_EQ(str(bridge::readPathEntry(config, nullptr)), "/plain");
+    const std::pair<const char*, const char*> entries[] = {{"PATH = \"\"/twice\"\"\n", "/twice"},
+                                                           {"PATH = /plain\n", "/plain"}};
+    for (const auto& [text, path] : entries) {
+        writeFile(config.c_str(), text);
+        EXPECT_EQ(str(bridge::readPathEntry(config, nullptr)), path);
+    }
 
     // No folder is made: the writer fails and the reader finds nothing.
     const VDString missing(dir.file("NeQApps/Maya/NeQ_Config.txt").c_str());

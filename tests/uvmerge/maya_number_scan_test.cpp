@@ -81,55 +81,24 @@ std::string randomNumber(std::mt19937& random) {
     return text;
 }
 
-TEST(MayaNumberScan, IntegersEndAtAnyOtherCharacterOrReadZeroAtTheLineEnd) {
-    EXPECT_EQ(scanInt(" \t42;").value, 42);
-    EXPECT_EQ(scanInt(" \t42;").consumed, 4u); // the ";" stays
-    EXPECT_EQ(scanInt("-17 ").value, -17);
-    EXPECT_EQ(scanInt("1-2 ").value, -12); // a sign anywhere counts
-    EXPECT_EQ(scanInt("-+5 ").value, 5);
-    EXPECT_EQ(scanInt("3.5 ").value, 3);
-    EXPECT_EQ(scanInt("1e3 ").value, 1);
-    EXPECT_EQ(scanInt("x").value, 0);
-    EXPECT_EQ(scanInt("x").consumed, 0u);
-    EXPECT_EQ(scanInt("123").value, 0); // ran into the end of the line
-    EXPECT_EQ(scanInt("123").consumed, 3u);
-    EXPECT_EQ(scanInt("2147483647 ").value, 2147483647);
-    EXPECT_EQ(scanInt("2147483648 ").value, 2147483647);
-    EXPECT_EQ(scanInt("-2147483648 ").value, -2147483648.0);
-    EXPECT_EQ(scanInt(std::string(1000, '7') + " ").value, 2147483647);
-    EXPECT_EQ(scanInt("-" + std::string(1000, '7') + " ").value, -2147483648.0);
-}
-
-TEST(MayaNumberScan, RealsHaveNoExponentAndKeepTheLastPoint) {
-    EXPECT_EQ(scanReal(" 0.25 ").value, 0.25);
+// One worked example of each rule; the comparisons below cover every shape.
+TEST(MayaNumberScan, SignsAnywhereNoExponentAndZeroAtTheLineEnd) {
+    EXPECT_EQ(scanInt(" \t1-2;").value, -12);
+    EXPECT_EQ(scanInt(" \t1-2;").consumed, 5u); // the ";" stays
+    EXPECT_EQ(scanReal("2.5.5;").value, 25.5);  // the last point counts
     EXPECT_EQ(scanReal("1e-3 ").value, 1);
     EXPECT_EQ(scanReal("1e-3 ").consumed, 1u);
-    EXPECT_EQ(scanReal(".5;").value, 0.5);
-    EXPECT_EQ(scanReal("5.;").value, 5);
-    EXPECT_EQ(scanReal("2.5.5;").value, 25.5);
-    EXPECT_EQ(scanReal("1-2.5;").value, -12.5);
-    EXPECT_EQ(scanReal("0.125").value, 0); // ran into the end of the line
-    EXPECT_TRUE(std::signbit(scanReal("-0;").value));
-    EXPECT_EQ(scanReal(std::string(400, '9') + ";").value, HUGE_VAL);
-    EXPECT_TRUE(std::isnan(scanReal("0." + std::string(400, '9') + ";").value));
+    EXPECT_EQ(scanInt("123").value, 0); // ran into the end of the line
+    EXPECT_EQ(scanInt("123").consumed, 3u);
+    EXPECT_EQ(scanInt("-2147483648 ").value, -2147483648.0); // saturated magnitudes
+    EXPECT_EQ(scanInt("2147483648 ").value, 2147483647);
 }
 
 // Mantissas gathered in an integer and divided once, and the shortcuts for the usual
-// forms, give what digit-by-digit arithmetic gives, for every shape of number.
+// forms, give what digit-by-digit arithmetic gives, for every shape of number, alone or
+// with more text after it on the line (as in a data line), and every split of up to 17
+// digits around the point (15 are gathered in an integer).
 TEST(MayaNumberScan, ScannersMatchDigitByDigitArithmetic) {
-    std::mt19937 random(7);
-    for (int i = 0; i < 300000; ++i) {
-        const std::string text = randomNumber(random);
-        const float value = static_cast<float>(scanReal(text).value);
-        const float plain = plainReal(text);
-        ASSERT_EQ(std::memcmp(&value, &plain, sizeof value), 0) << text;
-        ASSERT_EQ(scanInt(text).value, plainInt(text)) << text;
-    }
-}
-
-// Numbers with more text after them on the line, as in a data line: every shape, and
-// every split of up to 17 digits around the point (15 are gathered in an integer).
-TEST(MayaNumberScan, ScannersMatchDigitByDigitArithmeticWithTextAfterTheNumber) {
     const auto check = [](const std::string& number, const std::string& after) {
         const std::string line = number + after;
         if (line.empty() || line[0] == ' ' || line[0] == '\t') return; // no number there
@@ -147,8 +116,10 @@ TEST(MayaNumberScan, ScannersMatchDigitByDigitArithmeticWithTextAfterTheNumber) 
         ASSERT_EQ(integer.consumed, stop("0123456789+-")) << line;
     };
     std::mt19937 random(11);
-    for (int i = 0; i < 300000; ++i)
+    for (int i = 0; i < 300000; ++i) {
+        check(randomNumber(random), "");
         check(randomNumber(random), "x0.12345 6 7 8 9 10 11 12 13 14");
+    }
     const std::string digits = "98765432109876543210";
     for (const char* sign : {"", "-", "+"})
         for (std::size_t whole = 0; whole <= 17; ++whole)

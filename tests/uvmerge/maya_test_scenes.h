@@ -3,10 +3,12 @@
 // Scenes shared by the UV rewrite tests.
 
 #include "meshfile/neq_writer.h"
+#include "support/temp_dir.h"
 #include "uvmerge/maya_uv_rewrite.h"
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -39,17 +41,10 @@ inline meshfile::Mesh stripMesh(int quads, bool triangle) {
 
 // One quad over vertices 0..3 with its four UVs: the smallest scene the rewrite welds.
 // Its output lists the UVs in the same order (one UV per vertex).
-constexpr char kQuadScene[] = "createNode mesh -n \"quadShape\";\n"
-                              "\tsetAttr \".uvst[0].uvsn\" -type \"string\" \"map1\";"
-                              "setAttr -s 4 \".uvst[0].uvsp\";\n"
-                              "\tsetAttr \".uvst[0].uvsp[0:3]\" -type \"float2\"\n"
-                              " 0 0 1 0 1 1 0 1;\n"
-                              "\tsetAttr -s 4 \".ed\";\n"
-                              "\tsetAttr \".ed[0:3]\"\n"
-                              " 0 1 0 1 2 0 2 3 0 3 0 0;\n"
-                              "\tsetAttr -s 1 \".fc\";\n"
-                              "\tsetAttr \".fc[0:0]\" -type \"polyFaces\"\n"
-                              " f 4 0 1 2 3 mu 0 4 0 1 2 3;\n";
+inline const std::string& quadScene() {
+    static const std::string text = readTestData("uvmerge/quad.ma");
+    return text;
+}
 
 // The rewritten scene; fails the test when it is refused.
 inline std::string rewritten(const std::string& scene) {
@@ -66,50 +61,37 @@ inline std::string replaced(std::string text, const std::string& from, const std
     return text;
 }
 
-// A refused scene: how kQuadScene is changed and the reason the rewrite gives.
-struct RefusedScene {
-    std::string from, to;
-    std::string reason;
+// The quad scene changed, and what the rewrite makes of it.
+struct QuadVariant {
+    std::string scene, expected;
 };
 
-// Every way a scene strays from the layout that the rewrite refuses.
-inline std::vector<RefusedScene> refusedScenes() {
-    return {
-        {"-s 4 \".uvst", "-s 0 \".uvst", "UV range 0:3 lies outside the UV count 0"},
-        {"-s 4 \".uvst", "-s 99999999999 \".uvst",
-         "line 2: UV count 2147483647 is more than the file can hold"},
-        {"-s 4 \".ed\"", "-s 400 \".ed\"", "line 5: edge count 400 is more than the file can hold"},
-        {"-s 1 \".fc\"", "-s 100000 \".fc\"", "face count 100000 is more than the file can hold"},
-        {"uvsp[0:3]", "uvsp[0:4]", "line 3: UV range 0:4 lies outside the UV count 4"},
-        {"uvsp[0:3]", "uvsp[-1:3]", "UV range -1:3 lies outside the UV count 4"},
-        {"\".ed[0:3]\"", "\".ed[1:4]\"", "line 6: edge range 1:4 lies outside the edge count 4"},
-        {" 0 1 0 1 2 0", " 0 1 0 1 600 0", "line 7: edge 1 names vertex 600, more vertices than"},
-        {"f 4 0 1 2 3 mu 0 4 0 1 2 3", "f 5 0 1 2 3 0 mu 0 5 0 1 2 3 0",
-         "line 10: face 0 has 5 corners (a face has 3 or 4)"},
-        {"f 4 0 1 2 3 mu 0 4 0 1 2 3", "f 2 0 1 mu 0 2 0 1", "face 0 has 2 corners"},
-        {"f 4 0 1 2 3 mu 0 4 0 1 2 3", "f 1 0 mu 0 1 0", "face 0 has 1 corners"},
-        {"f 4 0 1 2 3 mu 0 4 0 1 2 3", "f -3 mu 0 0", "face 0 has -3 corners"},
-        {"f 4 0 1 2 3 mu 0 4 0 1 2 3", "f 4 0 1 2 3", "face 0 has no \"mu\" part"},
-        {"f 4 0 1 2 3 mu 0 4 0 1 2 3", "f 4 0 1 2 3 uv 0 4 0 1 2 3", "face 0 has no \"mu\" part"},
-        {"mu 0 4 0 1 2 3", "mu 0 3 0 1 2", "face 0 has 4 corners but 3 UVs"},
-        {"f 4 0 1 2 3 mu", "f 4 0 1 2 4 mu", "face 0 uses edge 4, outside the edge count 4"},
-        {"f 4 0 1 2 3 mu", "f 4 0 1 2 -5 mu", "face 0 uses edge -5, outside the edge count 4"},
-        {"mu 0 4 0 1 2 3", "mu 0 4 0 1 2 4", "face 0 uses UV 4, past the UV count 4"},
-        {"\tsetAttr -s 4 \".ed\";\n", "", "line 5: edge range 0:3 lies outside the edge count 0"},
-        {"\tsetAttr -s 1 \".fc\";\n", "\tsetAttr -s 1 \".fc\";\n\tsetAttr -s 1 \".fc\";\n",
-         "line 9: a second face count line (one mesh per file)"},
-        {"\tsetAttr -s 4 \".ed\";\n", "\tsetAttr -s 4 \".ed\";\n\tsetAttr -s 4 \".ed\";\n",
-         "a second edge count line"},
-        {"createNode mesh -n \"quadShape\";\n",
-         "\tsetAttr \".uvst[0].uvsn\" -type \"string\" \"map1\";setAttr -s 4 \".uvst[0].uvsp\";\n",
-         "line 2: a second UV count line"},
-        {"\tsetAttr \".fc[0:0]\" -type \"polyFaces\"\n f 4 0 1 2 3 mu 0 4 0 1 2 3;\n", "",
-         "nothing to weld: no face has corners"},
-        // With no UVs, edge and face lines are not even recognised.
-        {"-s 4 \".uvst[0].uvsp\";\n\tsetAttr \".uvst[0].uvsp[0:3]\" -type \"float2\"\n 0 0 1 0 1 1 "
-         "0 1;\n",
-         "-s 0 \".uvst[0].uvsp\";\n", "nothing to weld: the UV count is 0"},
+// The lines "FROM | TO | EXPECTED" of a data file: tests/data/uvmerge/refused.txt (the
+// reasons given for refusals) or changed.txt (texts found in the welded scene).
+inline std::vector<QuadVariant> quadVariants(const std::string& name) {
+    const auto unescaped = [](std::string text) {
+        const std::pair<const char*, std::string> escapes[] = {
+            {"\\n", "\n"}, {"\\t", "\t"}, {"\\9", std::string(400, '9')}};
+        for (const auto& [escape, meaning] : escapes)
+            for (std::size_t at; (at = text.find(escape)) != std::string::npos;)
+                text.replace(at, 2, meaning);
+        return text;
     };
+    std::vector<QuadVariant> variants;
+    std::istringstream lines(readTestData("uvmerge/" + name));
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t to = line.find(" | "), expected = line.find(" | ", to + 3);
+        if (line[0] == '#' || expected == std::string::npos) continue;
+        variants.push_back({replaced(quadScene(), unescaped(line.substr(0, to)),
+                                     unescaped(line.substr(to + 3, expected - to - 3))),
+                            unescaped(line.substr(expected + 3))});
+    }
+    EXPECT_GT(variants.size(), 7u) << name;
+    return variants;
+}
+
+inline std::vector<QuadVariant> refusedScenes() {
+    return quadVariants("refused.txt");
 }
 
 } // namespace neq::test

@@ -1,6 +1,8 @@
 #include "uvmerge/maya_uv_rewrite.h"
 
+#include "meshfile/sample_mesh.h"
 #include "support/temp_dir.h"
+#include "uvmerge/maya_mesh_writer.h"
 #include "uvmerge/maya_test_scenes.h"
 
 #include <gtest/gtest.h>
@@ -10,22 +12,21 @@
 namespace neq::test {
 namespace {
 
+using uvmerge::buildMayaScene;
+using uvmerge::MayaSceneOptions;
 using uvmerge::rewriteMayaUvs;
 
-// Case-insensitive headers after blanks, a blank line that leaves a range open, numbers
-// with signs inside and points twice ("1-2" is -12, "2.5.5" is 25.5), "1e-3" read as 1,
-// surplus entries ignored, a short edge line, an "F" read as the "f" it stands for, a
+// quirks.ma: case-insensitive headers after blanks, a blank line that leaves a range
+// open, numbers with signs inside and points twice ("1-2" is -12, "2.5.5" is 25.5),
+// "1e-3" read as 1, surplus entries ignored, a short edge line, an "F" read as "f", a
 // triangle with reversed edges and a negative UV index (a UV of (0, 0)), an edge count
 // line before the UV count (not recognised), removed lines that share one mark, text
 // kept between two removed lines (two marks), and "// END OF" cutting what follows.
-TEST(MayaUvRewrite, QuirksOfTheReader) {
+// no_marks.ma: without UV or face statements nothing is welded, but the transform lines
+// and the text after "// End of " still go.
+TEST(MayaUvRewrite, GoldenScenesAndTransformLines) {
     EXPECT_EQ(rewritten(readTestData("uvmerge/quirks.ma")),
               readTestData("uvmerge/quirks_welded.ma"));
-}
-
-// Without UV or face statements nothing is welded, but the transform lines and the text
-// after "// End of " still go.
-TEST(MayaUvRewrite, ScenesWithoutMarksLoseOnlyTransformsAndTheCut) {
     const uvmerge::MayaUvRewrite result = rewriteMayaUvs(readTestData("uvmerge/no_marks.ma"));
     ASSERT_TRUE(result.ok);
     EXPECT_FALSE(result.welded);
@@ -37,64 +38,72 @@ TEST(MayaUvRewrite, ScenesWithoutMarksLoseOnlyTransformsAndTheCut) {
     EXPECT_EQ(rewritten("x"), "x");
 }
 
-// A data line that runs out reads its missing UVs and edges as 0 and drops its missing
-// faces; a later line over the same range wins entry by entry.
-TEST(MayaUvRewrite, ShortDataLines) {
-    std::string scene = replaced(kQuadScene, " 0 0 1 0 1 1 0 1;", " 0.5 0.25 0.75;");
-    EXPECT_NE(rewritten(scene).find("\n 0.50000 0.25000 0.75000 0.00000 0.00000 0.00000 0.00000 "
-                                    "0.00000;\n"),
-              std::string::npos);
-
-    const std::string later = "\tsetAttr \".uvst[0].uvsp[0:3]\" -type \"float2\"\n 5 5;\n"
-                              "\tsetAttr \".uvst[0].uvsp[2:2]\" -type \"float2\"\n 9 9;\n";
-    scene = replaced(kQuadScene, " 0 0 1 0 1 1 0 1;\n", " 1 1 2 2 3 3 4 4;\n" + later);
-    EXPECT_NE(rewritten(scene).find("[0:3]\" -type \"float2\"\n 5.00000 5.00000 0.00000 0.00000 "
-                                    "9.00000 9.00000 0.00000 0.00000;\n"),
-              std::string::npos);
-
-    // The face range promises three faces; the line holds one.
-    scene = replaced(kQuadScene, "fc[0:0]", "fc[0:2]");
-    EXPECT_NE(rewritten(scene).find("\tsetAttr -s 1 \".fc\";\n\tsetAttr \".fc[0:0]\""),
-              std::string::npos);
-
-    // A short edge line: edge 3 reads (0, 0), so the quad's last corner is on vertex 0
-    // too, and as the higher corner its UV (0, 1) comes first.
-    scene = replaced(kQuadScene, " 2 3 0 3 0 0;", " 2 3 0;");
-    EXPECT_NE(rewritten(scene).find(" 0.00000 1.00000 0.00000 0.00000 1.00000 0.00000 1.00000 "
-                                    "1.00000;\n"),
-              std::string::npos);
+TEST(MayaUvRewrite, ChangedQuadScenes) {
+    for (const QuadVariant& changed : quadVariants("changed.txt")) {
+        const uvmerge::MayaUvRewrite result = rewriteMayaUvs(changed.scene);
+        EXPECT_TRUE(result.ok) << result.refusal;
+        EXPECT_NE(result.text.find(changed.expected), std::string::npos)
+            << changed.expected << "\ngot: " << result.text << result.refusal;
+    }
 }
 
 TEST(MayaUvRewrite, RefusesScenesOutsideTheLayout) {
-    EXPECT_EQ(rewriteMayaUvs(kQuadScene).text, rewritten(kQuadScene));
     EXPECT_EQ(rewriteMayaUvs("").refusal, "the file is empty");
-    for (const RefusedScene& refused : refusedScenes()) {
-        const uvmerge::MayaUvRewrite result =
-            rewriteMayaUvs(replaced(kQuadScene, refused.from, refused.to));
-        EXPECT_FALSE(result.ok) << refused.to;
-        EXPECT_NE(result.refusal.find(refused.reason), std::string::npos)
-            << refused.reason << "\n  got: " << result.refusal;
+    for (const QuadVariant& refused : refusedScenes()) {
+        const uvmerge::MayaUvRewrite result = rewriteMayaUvs(refused.scene);
+        EXPECT_FALSE(result.ok) << refused.expected;
+        EXPECT_NE(result.refusal.find(refused.expected), std::string::npos)
+            << refused.expected << "\n  got: " << result.refusal;
         EXPECT_TRUE(result.text.empty());
     }
 }
 
-// Digit runs far beyond any number type: counts and indices saturate, reals overflow to
-// infinity; nothing is undefined and nothing is sized after them.
-TEST(MayaUvRewrite, OverlongNumbers) {
-    const std::string digits(400, '9');
-    std::string scene = replaced(kQuadScene, " 0 0 1 0 1 1 0 1;", " " + digits + " 0 1 0 1 1 0 1;");
-    EXPECT_NE(rewritten(scene).find("\n inf 0.00000 1.00000"), std::string::npos);
-    scene = replaced(kQuadScene, " 0 0 1 0 1 1 0 1;", " -0." + digits + " 0 1 0 1 1 0 1;");
-    EXPECT_NE(rewritten(scene).find("nan 0.00000 1.00000"), std::string::npos);
-    scene = replaced(kQuadScene, " 0 0 1 0 1 1 0 1;", " -0 0 1 0 1 1 0 1;");
-    EXPECT_NE(rewritten(scene).find("\n -0.00000 0.00000 1.00000"), std::string::npos);
+std::string houseScene(bool crlf) {
+    MayaSceneOptions options;
+    options.name = "house";
+    options.crlf = crlf;
+    return buildMayaScene(meshfile::makeSampleMesh(), options);
+}
 
-    scene = replaced(kQuadScene, "mu 0 4 0 1 2 3", "mu 0 4 0 1 2 -" + digits);
-    EXPECT_TRUE(rewriteMayaUvs(scene).ok); // saturates to a negative index: no UV
-    scene = replaced(kQuadScene, "f 4 0 1 2 3 mu", "f 4 0 1 2 " + digits + " mu");
-    EXPECT_NE(rewriteMayaUvs(scene).refusal.find("uses edge 2147483647"), std::string::npos);
-    scene = replaced(kQuadScene, "f 4 0 1 2 3 mu", "f 4 0 1 2 -" + digits + " mu");
-    EXPECT_NE(rewriteMayaUvs(scene).refusal.find("uses edge -2147483648"), std::string::npos);
+// The writer's layout, and the sample house welded from it: transform lines gone,
+// reversed edges followed to their second vertex, the roof triangles written with three
+// corners, and everything after "// End of " cut (with CR LF, the LF of each removed
+// line stays behind as an empty line and ends the text before the next mark).
+TEST(MayaUvRewrite, SampleHouseGoldens) {
+    EXPECT_EQ(houseScene(false), readTestData("uvmerge/house.ma"));
+    const std::string extra = "createNode transform -n \"extra\";\n";
+    const uvmerge::MayaUvRewrite result = rewriteMayaUvs(houseScene(false) + extra);
+    ASSERT_TRUE(result.ok) << result.refusal;
+    EXPECT_EQ(result.text, readTestData("uvmerge/house_welded.ma"));
+    EXPECT_TRUE(result.welded);
+    EXPECT_EQ(result.uvsBefore, 33u);
+    EXPECT_EQ(result.uvsAfter, 22u);
+    EXPECT_EQ(result.faces, 9u);
+    EXPECT_EQ(result.triangles, 3u);
+
+    EXPECT_EQ(rewritten(houseScene(true) + "createNode transform -n \"extra\";\r\n"),
+              readTestData("uvmerge/house_crlf_welded.ma"));
+}
+
+TEST(MayaUvRewrite, BlocksOf250UvsAnd500Faces) {
+    MayaSceneOptions options;
+    options.name = "strip";
+    // 250 UVs and 125 faces: one block each.
+    const std::string uvs250 = rewritten(buildMayaScene(stripMesh(125, false), options));
+    EXPECT_NE(uvs250.find("setAttr -s 252 \".uvst[0].uvsp\""), std::string::npos);
+    const std::string uvs250Only = rewritten(buildMayaScene(stripMesh(124, false), options));
+    EXPECT_NE(uvs250Only.find("uvsp[0:249]\" -type \"float2\"\n"), std::string::npos);
+    EXPECT_EQ(uvs250Only.find("uvsp[250"), std::string::npos);
+    // 251 UVs: 0:249 and 250:250, the last from the triangle's apex.
+    EXPECT_EQ(rewritten(buildMayaScene(stripMesh(124, true), options)),
+              readTestData("uvmerge/strip_251_uvs_welded.ma"));
+
+    const std::string faces500 = rewritten(buildMayaScene(stripMesh(500, false), options));
+    EXPECT_NE(faces500.find("\tsetAttr -s 500 \".fc\";\n\tsetAttr \".fc[0:499]\""),
+              std::string::npos);
+    EXPECT_EQ(faces500.find(".fc[500"), std::string::npos);
+    EXPECT_EQ(rewritten(buildMayaScene(stripMesh(501, false), options)),
+              readTestData("uvmerge/strip_501_faces_welded.ma"));
 }
 
 } // namespace
