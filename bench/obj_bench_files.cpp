@@ -1,8 +1,8 @@
 #include "obj_bench_files.h"
 
 #include "api/mesh_exports.h"
-#include "meshfile/neq_writer.h"
-#include "meshfile/sample_mesh.h"
+#include "tooling/neq_writer.h"
+#include "tooling/sample_mesh.h"
 
 #include <stdlib.h>
 #include <sys/stat.h>

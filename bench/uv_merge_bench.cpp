@@ -7,7 +7,7 @@
 
 #include "foundation/atomic_file.h"
 #include "foundation/whole_file.h"
-#include "uvmerge/maya_mesh_writer.h"
+#include "tooling/maya_mesh_writer.h"
 #include "uvmerge/maya_uv_rewrite.h"
 #include "uvmerge/vd_uv_merge_algo.h"
 

@@ -4,8 +4,8 @@
 #include "neq_input.h"
 
 #include "meshfile/neq_bytes.h"
-#include "meshfile/neq_inspect.h"
 #include "meshfile/obj_export_outcome.h"
+#include "tooling/neq_inspect.h"
 
 #include <cstdio>
 #include <optional>

@@ -3,8 +3,8 @@
 
 #include "api/mesh_exports.h"
 #include "api/module_state.h"
-#include "meshfile/neq_writer.h"
-#include "meshfile/sample_mesh.h"
+#include "tooling/neq_writer.h"
+#include "tooling/sample_mesh.h"
 
 #include <sys/stat.h>
 

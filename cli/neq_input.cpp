@@ -4,8 +4,8 @@
 #include "files.h"
 
 #include "meshfile/neq_format.h"
-#include "meshfile/neq_inspect.h"
 #include "meshfile/obj_export_outcome.h"
+#include "tooling/neq_inspect.h"
 
 #include <algorithm>
 #include <iterator>

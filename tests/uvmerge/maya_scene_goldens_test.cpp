@@ -1,6 +1,6 @@
-#include "meshfile/sample_mesh.h"
 #include "support/temp_dir.h"
-#include "uvmerge/maya_mesh_writer.h"
+#include "tooling/maya_mesh_writer.h"
+#include "tooling/sample_mesh.h"
 #include "uvmerge/maya_test_scenes.h"
 #include "uvmerge/maya_uv_rewrite.h"
 

@@ -1,4 +1,4 @@
-#include "uvmerge/maya_mesh_writer.h"
+#include "tooling/maya_mesh_writer.h"
 
 #include "uvmerge/maya_uv_scene.h"
 #include "uvmerge/text_out.h"
