@@ -3,7 +3,7 @@
 // benchmark mesh and on arbitrary bit patterns; face indices for the integers.
 
 #include "foundation/number_format.h"
-#include "meshfile/sample_mesh.h"
+#include "tooling/sample_mesh.h"
 
 #include <benchmark/benchmark.h>
 

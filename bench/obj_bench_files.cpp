@@ -1,7 +1,7 @@
 #include "obj_bench_files.h"
 
-#include "meshfile/neq_writer.h"
-#include "meshfile/sample_mesh.h"
+#include "tooling/neq_writer.h"
+#include "tooling/sample_mesh.h"
 #include "neqbridge/neqbridge.hpp"
 
 #include <stdlib.h>

@@ -6,7 +6,7 @@
 #include "obj_bench_files.h"
 
 #include "foundation/file_io.h"
-#include "uvmerge/maya_mesh_writer.h"
+#include "tooling/maya_mesh_writer.h"
 #include "uvmerge/maya_uv_rewrite.h"
 #include "uvmerge/vd_uv_merge_algo.h"
 

@@ -1,9 +1,9 @@
 // Splitting a large mesh per UV tile, against the floor of writing the same bytes from
 // memory: the split costs one pass to plan and one copy-and-select per tile file.
 
-#include "meshfile/neq_writer.h"
-#include "meshfile/sample_mesh.h"
 #include "meshfile/uv_tiles.h"
+#include "tooling/neq_writer.h"
+#include "tooling/sample_mesh.h"
 
 #include <benchmark/benchmark.h>
 

@@ -5,8 +5,9 @@
 #include "pending_output.h"
 
 #include "meshfile/neq_file.h"
-#include "meshfile/neq_inspect.h"
+#include "tooling/neq_inspect.h"
 #include "meshfile/rgb_block.h"
+#include "tooling/neq_inspect.h"
 
 #include <cerrno>
 #include <string>

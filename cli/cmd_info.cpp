@@ -4,7 +4,7 @@
 #include "neq_input.h"
 
 #include "meshfile/neq_file.h"
-#include "meshfile/neq_inspect.h"
+#include "tooling/neq_inspect.h"
 #include "meshfile/obj_export.h"
 
 #include <cstdio>

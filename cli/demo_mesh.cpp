@@ -2,8 +2,8 @@
 #include "demo_steps.h"
 
 #include "api/module_state.h"
-#include "meshfile/neq_writer.h"
-#include "meshfile/sample_mesh.h"
+#include "tooling/neq_writer.h"
+#include "tooling/sample_mesh.h"
 #include "neqbridge/neqbridge.hpp"
 
 #include <sys/stat.h>

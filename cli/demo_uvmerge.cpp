@@ -1,9 +1,9 @@
 #include "command.h"
 #include "demo_steps.h"
 
-#include "meshfile/sample_mesh.h"
+#include "tooling/maya_mesh_writer.h"
+#include "tooling/sample_mesh.h"
 #include "uvmerge/maya_file_rewrite.h"
-#include "uvmerge/maya_mesh_writer.h"
 
 namespace neq::cli {
 

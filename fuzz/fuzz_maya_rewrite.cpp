@@ -2,8 +2,8 @@
 // A scene it accepts is rewritten a second time, so the generated statements are read
 // back too.
 
-#include "meshfile/sample_mesh.h"
-#include "uvmerge/maya_mesh_writer.h"
+#include "tooling/maya_mesh_writer.h"
+#include "tooling/sample_mesh.h"
 #include "uvmerge/maya_uv_rewrite.h"
 
 #include <cstdint>

@@ -3,10 +3,10 @@
 
 #include "meshfile/face_ids.h"
 #include "meshfile/groups.h"
-#include "meshfile/neq_writer.h"
 #include "meshfile/obj_export.h"
 #include "meshfile/rgb_block.h"
 #include "meshfile/uv_tiles.h"
+#include "tooling/neq_writer.h"
 
 #include "fuzz_input_file.h"
 

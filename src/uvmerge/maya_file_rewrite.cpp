@@ -1,10 +1,6 @@
 #include "uvmerge/maya_file_rewrite.h"
 
 #include "foundation/file_io.h"
-#include "foundation/vd_string.h"
-#include "uvmerge/vd_uv_merge_algo.h"
-
-#include <new>
 
 namespace neq::uvmerge {
 namespace {
@@ -55,11 +51,3 @@ MayaFileWeld weldMayaFile(const char* input, const char* output, bool keepUnweld
 }
 
 } // namespace neq::uvmerge
-
-// Running out of memory is a failure like any other: the scene is left as it was.
-bool VDUVMergeAlgo::mergeUVsInMayaFile(const VDString& path) try {
-    return neq::uvmerge::weldMayaFile(path.getValidFilePath()).failure ==
-           neq::uvmerge::MayaFileWeld::Failure::none;
-} catch (const std::bad_alloc&) {
-    return false;
-}

@@ -1,20 +1,71 @@
-// The line scan of the Maya ASCII UV rewrite: what each line is, what it holds, what is
-// kept; then the weld and the new text.
+// The Maya ASCII UV rewrite: the line scan (what each line is, what it holds, what is
+// kept), the weld, and the statements of the new text.
 
 #include "uvmerge/maya_uv_rewrite.h"
 
 #include "foundation/vd_string.h"
 #include "platform/system_hints.h"
 #include "uvmerge/maya_number_scan.h"
-#include "uvmerge/maya_uv_scene.h"
-#include "uvmerge/short_range_log.h"
 #include "uvmerge/vd_uv_merge_algo.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <vector>
 
 namespace neq::uvmerge {
 namespace {
+
+// The entries that data lines left at zero. A range's data line that runs out before
+// its range does reads every missing entry as 0. Writing those zeros at once would let
+// a file of many short lines over one large range cost (lines x range) time, so each
+// line's range is logged and the zeros are applied once, after the last line, in time
+// proportional to the range plus the lines.
+class ShortRangeLog {
+  public:
+    void clear() {
+        lines_.clear();
+        anyShort_ = false;
+    }
+
+    // One data line: it read the entries [first, read) and left [read, last] at zero.
+    void add(int first, int read, int last) {
+        lines_.push_back({first, read, last});
+        anyShort_ = anyShort_ || read <= last;
+    }
+
+    // Calls zero(i) for every entry i < count whose last data line left it at zero.
+    template <class Zero> void applyZeros(std::size_t count, Zero zero) const {
+        if (!anyShort_) return;
+        // From the last line back, each entry is decided by the first line met; `next`
+        // jumps over entries already decided (with path halving), so every entry is
+        // visited once.
+        std::vector<std::uint32_t> next(count + 1);
+        for (std::size_t i = 0; i <= count; ++i)
+            next[i] = static_cast<std::uint32_t>(i);
+        const auto undecided = [&next](std::uint32_t i) {
+            while (next[i] != i)
+                i = next[i] = next[next[i]];
+            return i;
+        };
+        for (auto line = lines_.rbegin(); line != lines_.rend(); ++line) {
+            const auto last = static_cast<std::uint32_t>(line->last);
+            for (std::uint32_t i = undecided(static_cast<std::uint32_t>(line->first)); i <= last;
+                 i = undecided(i + 1)) {
+                if (i >= static_cast<std::uint32_t>(line->read)) zero(i);
+                next[i] = i + 1;
+            }
+        }
+    }
+
+  private:
+    struct Line {
+        int first, read, last; // 0 <= first <= read <= last + 1 <= count
+    };
+    std::vector<Line> lines_;
+    bool anyShort_ = false;
+};
 
 // Header lines, recognised at a line's first non-blank character ignoring case.
 constexpr char s_declareTranslate[] = "setAttr \".t\"";
@@ -419,6 +470,90 @@ MayaUvRewrite rewriteMayaUvs(std::string_view scene) {
     StringSink sink(result.text);
     weld.write(sink);
     return result;
+}
+
+namespace {
+
+// The statements the rewrite generates: the UV count, the UVs in blocks of 250, the
+// face count and the faces in blocks of 500.
+
+constexpr std::size_t kUvsPerBlock = 250;
+constexpr std::size_t kFacesPerBlock = 500;
+
+void writeUvCount(TextOut& out, std::size_t count) {
+    out.text("\tsetAttr \".uvst[0].uvsn\" -type \"string\" \"map1\";setAttr -s ");
+    out.number(static_cast<long long>(count));
+    out.text(" \".uvst[0].uvsp\";\n");
+}
+
+void writeUvs(TextOut& out, const VDArray<VDVector2f>& uvs) {
+    forEachBlock(uvs.size(), kUvsPerBlock, [&](std::size_t start, std::size_t last) {
+        blockHeader(out, ".uvst[0].uvsp", start, last, " -type \"float2\"\n");
+        for (std::size_t i = start; i <= last; ++i) {
+            char* p = out.room(2 * (1 + kMaxFloatFixed5Chars));
+            *p++ = ' ';
+            p = formatFloatFixed5(p, uvs[i].x);
+            *p++ = ' ';
+            out.advance(formatFloatFixed5(p, uvs[i].y));
+        }
+        out.text(";\n");
+    });
+}
+
+void writeFaceCount(TextOut& out, std::size_t count) {
+    out.text("\tsetAttr -s ");
+    out.number(static_cast<long long>(count));
+    out.text(" \".fc\";\n");
+}
+
+// " f 4 e e e e mu 0 4 t t t t", or with 3 for a triangle (fourth edge slot = sentinel).
+char* writeFace(char* p, const int* edges, const int* uvs, int sentinel) {
+    const int corners = edges[3] == sentinel ? 3 : 4;
+    std::memcpy(p, corners == 3 ? " f 3" : " f 4", 4);
+    p += 4;
+    for (int i = 0; i < corners; ++i) {
+        *p++ = ' ';
+        p = formatInt(p, edges[i]);
+    }
+    std::memcpy(p, corners == 3 ? " mu 0 3" : " mu 0 4", 7);
+    p += 7;
+    for (int i = 0; i < corners; ++i) {
+        *p++ = ' ';
+        p = formatInt(p, uvs[i]);
+    }
+    return p;
+}
+
+void writeFaces(TextOut& out, const SceneData& scene) {
+    constexpr std::size_t kMaxFaceChars = 11 + 8 * (1 + kMaxIntChars);
+    const int sentinel = scene.sentinel();
+    forEachBlock(scene.faceCount(), kFacesPerBlock, [&](std::size_t start, std::size_t last) {
+        blockHeader(out, ".fc", start, last, " -type \"polyFaces\"\n");
+        for (std::size_t face = start; face <= last; ++face)
+            out.advance(writeFace(out.room(kMaxFaceChars), &scene.faceEdges[4 * face],
+                                  &scene.faceUVs[4 * face], sentinel));
+        out.text(";\n");
+    });
+}
+
+} // namespace
+
+bool writeScene(const SceneData& scene, std::string_view input, TextSink& sink) {
+    TextOut text(sink);
+    unsigned unwritten = kUvCountMode | kUvDataMode | kFaceCountMode | kFaceDataMode;
+    for (const ScenePiece& piece : scene.pieces) {
+        if (piece.flags == 0) {
+            text.append(input.data() + piece.begin, piece.end - piece.begin);
+            continue;
+        }
+        const unsigned blocks = piece.flags & unwritten;
+        unwritten &= ~blocks;
+        if (blocks & kUvCountMode) writeUvCount(text, scene.uvs.size());
+        if (blocks & kUvDataMode) writeUvs(text, scene.uvs);
+        if (blocks & kFaceCountMode) writeFaceCount(text, scene.faceCount());
+        if (blocks & kFaceDataMode) writeFaces(text, scene);
+    }
+    return text.flush();
 }
 
 } // namespace neq::uvmerge

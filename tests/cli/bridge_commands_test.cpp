@@ -1,6 +1,6 @@
-#include "meshfile/neq_writer.h"
 #include "support/temp_dir.h"
 #include "support/tool_run.h"
+#include "tooling/neq_writer.h"
 
 #include <gtest/gtest.h>
 

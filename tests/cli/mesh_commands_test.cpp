@@ -3,9 +3,9 @@
 // behind and that inputs survive.
 
 #include "meshfile/neq_file.h"
-#include "meshfile/neq_writer.h"
 #include "support/temp_dir.h"
 #include "support/tool_run.h"
+#include "tooling/neq_writer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "interchange/sample_meshes.h"
 
 #include "meshfile/neq_file.h"
-#include "meshfile/neq_writer.h"
 #include "support/temp_dir.h"
+#include "tooling/neq_writer.h"
 
 #include <set>
 

@@ -1,6 +1,6 @@
 #include "meshfile/face_ids.h"
 #include "meshfile/neq_file.h"
-#include "meshfile/neq_writer.h"
+#include "tooling/neq_writer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "meshfile/neq_file.h"
-#include "meshfile/neq_writer.h"
 #include "neqbridge/neqbridge.hpp"
 #include "support/temp_dir.h"
+#include "tooling/neq_writer.h"
 
 #include <gtest/gtest.h>
 

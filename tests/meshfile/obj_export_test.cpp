@@ -1,8 +1,8 @@
 #include "meshfile/neq_file.h"
-#include "meshfile/neq_writer.h"
 #include "meshfile/obj_export.h"
 #include "neqbridge/neqbridge.hpp"
 #include "support/temp_dir.h"
+#include "tooling/neq_writer.h"
 
 #include <gtest/gtest.h>
 

@@ -5,12 +5,12 @@
 
 #include "meshfile/face_ids.h"
 #include "meshfile/groups.h"
-#include "meshfile/neq_writer.h"
 #include "meshfile/obj_export.h"
 #include "meshfile/rgb_block.h"
 #include "meshfile/uv_test_meshes.h"
 #include "meshfile/uv_tiles.h"
 #include "support/temp_dir.h"
+#include "tooling/neq_writer.h"
 
 #include <gtest/gtest.h>
 

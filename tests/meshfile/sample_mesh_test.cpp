@@ -1,5 +1,5 @@
-#include "meshfile/neq_writer.h"
-#include "meshfile/sample_mesh.h"
+#include "tooling/neq_writer.h"
+#include "tooling/sample_mesh.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 // Meshes shared by the UV tile and group tests.
 
 #include "meshfile/neq_file.h"
-#include "meshfile/neq_writer.h"
+#include "tooling/neq_writer.h"
 
 #include <array>
 #include <cstdint>

@@ -3,7 +3,7 @@
 #include "support/child_process.h"
 #include "support/host_library.h"
 #include "support/temp_dir.h"
-#include "uvmerge/maya_mesh_writer.h"
+#include "tooling/maya_mesh_writer.h"
 #include "uvmerge/maya_test_scenes.h"
 #include "uvmerge/vd_uv_merge_algo.h"
 

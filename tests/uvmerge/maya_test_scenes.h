@@ -2,7 +2,7 @@
 
 // Scenes shared by the UV rewrite tests.
 
-#include "meshfile/neq_writer.h"
+#include "tooling/neq_writer.h"
 #include "support/temp_dir.h"
 #include "uvmerge/maya_uv_rewrite.h"
 

@@ -1,8 +1,10 @@
-// VDUVMergeAlgo::mergeUVs: the weld itself.
+// VDUVMergeAlgo: the weld itself, the weld of a scene on disk, and the operations the host
+// declared but never gave a body.
 
 #include "uvmerge/vd_uv_merge_algo.h"
 
 #include "platform/system_hints.h"
+#include "uvmerge/maya_file_rewrite.h"
 
 #include <algorithm>
 #include <climits>
@@ -185,5 +187,26 @@ bool VDUVMergeAlgo::mergeUVs(VDArray<VDVector2f>& uvs, VDArray<int>& uvIndices,
     uvIndices.swap(numbers);
     return true;
 } catch (const std::bad_alloc&) {
+    return false;
+}
+
+// Running out of memory is a failure like any other: the scene is left as it was.
+bool VDUVMergeAlgo::mergeUVsInMayaFile(const VDString& path) try {
+    return neq::uvmerge::weldMayaFile(path.getValidFilePath()).failure ==
+           neq::uvmerge::MayaFileWeld::Failure::none;
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
+// Never implemented: always false.
+bool VDUVMergeAlgo::mergeUVsInNeQFile(const VDString&) {
+    return false;
+}
+
+bool VDUVMergeAlgo::splitUVsInMayaFile(const VDString&) {
+    return false;
+}
+
+bool VDUVMergeAlgo::splitUVsInNeQFile(const VDString&) {
     return false;
 }

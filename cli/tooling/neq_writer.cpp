@@ -1,4 +1,4 @@
-#include "meshfile/neq_writer.h"
+#include "tooling/neq_writer.h"
 
 #include "meshfile/neq_file.h"
 

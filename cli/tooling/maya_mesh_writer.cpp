@@ -1,6 +1,6 @@
-#include "uvmerge/maya_mesh_writer.h"
+#include "tooling/maya_mesh_writer.h"
 
-#include "uvmerge/maya_uv_scene.h"
+#include "uvmerge/maya_uv_rewrite.h"
 #include "uvmerge/text_out.h"
 
 #include <cstdint>

@@ -3,7 +3,7 @@
 // Maya ASCII scenes of one polygon mesh in the layout the UV rewrite reads, for tests,
 // the demo, benchmarks and fuzz seeds (the library itself only rewrites scenes).
 
-#include "meshfile/neq_writer.h"
+#include "tooling/neq_writer.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "meshfile/neq_inspect.h"
+#include "tooling/neq_inspect.h"
 
 #include "meshfile/obj_export.h"
 

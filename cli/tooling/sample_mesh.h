@@ -4,7 +4,7 @@
 // feature the readers handle, its one-level subdivision, and a large mesh of
 // realistic numbers.
 
-#include "meshfile/neq_writer.h"
+#include "tooling/neq_writer.h"
 
 #include <cstddef>
 

@@ -1,4 +1,4 @@
-#include "meshfile/sample_mesh.h"
+#include "tooling/sample_mesh.h"
 
 #include <algorithm>
 #include <cmath>
