@@ -82,15 +82,9 @@ TEST(ObjFile, MalformedLinesNameTheLineAndTheFault) {
         {"v 0 0 \\\n0\nf 1 \\\n 1 \\\n 9\n",
          "line 3: f: vertex index 9 is out of range (1 so far)"},
     };
-    for (const auto& [text, message] : cases) {
-        try {
-            readObj(text, "bad.obj");
-            ADD_FAILURE() << "no error for " << message;
-        } catch (const FormatError& error) {
-            EXPECT_EQ(error.file(), "bad.obj");
-            EXPECT_EQ(error.where() + ": " + error.reason(), message);
-        }
-    }
+    for (const auto& [text, message] : cases)
+        EXPECT_EQ(test::errorOf<FormatError>([&] { readObj(text, "bad.obj"); }),
+                  "bad.obj: " + std::string(message));
 }
 
 } // namespace
