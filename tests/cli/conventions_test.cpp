@@ -22,9 +22,8 @@ std::vector<std::string> linesOf(const std::string& text) {
 }
 
 // usage line, empty line, one paragraph, empty line, then one aligned row per argument
-// and option, -q and -h last.
-// Every command the overview lists ("  NAME     summary"), so that each one added later
-// is held to the same layout.
+// and option, -q and -h last; for every command the overview lists ("  NAME  summary"),
+// so that each one added later is held to the same layout.
 TEST(ToolConventions, EveryHelpTextHasOneLayout) {
     std::vector<std::string> commands;
     for (const std::string& line : linesOf(runTool("--help").output))

@@ -36,6 +36,9 @@ TEST(NameEntries, NamesStayReservedInTheExportedSetUntilCleared) {
     EXPECT_EQ(library.call("ClearNameSet"), 0.0f);
     EXPECT_TRUE(registry.empty());
     EXPECT_EQ(check("my head"), "my_head");
+    char out[8] = "x";
+    EXPECT_EQ(library.call("Version", nullptr, out), 4.09f);
+    EXPECT_STREQ(out, "x") << "Version leaves the buffer alone";
 }
 
 } // namespace

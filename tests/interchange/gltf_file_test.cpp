@@ -62,13 +62,9 @@ TEST(GltfFile, AnotherProgramsPrimitivesBecomeTriangleGroups) {
         R"({"bufferView":0,"componentType":5126,"count":1,"type":"VEC3"},)"
         R"({"bufferView":0,"componentType":5126,"count":3,"type":"SCALAR"}],)"
         R"("meshes":[{"primitives":[{"attributes":{"POSITION":0},"indices":1}]}]})";
-    try {
-        readGltf(floatIndices, "f.gltf");
-        ADD_FAILURE() << "float indices read";
-    } catch (const FormatError& error) {
-        EXPECT_EQ(error.reason(), "indices: accessor 1 has component type 5126, not an unsigned "
-                                  "integer type");
-    }
+    EXPECT_EQ(test::errorOf<FormatError>([&] { readGltf(floatIndices, "f.gltf"); }),
+              "f.gltf: mesh 0: indices: accessor 1 has component type 5126, not an unsigned "
+              "integer type");
 }
 
 } // namespace
