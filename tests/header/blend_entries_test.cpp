@@ -18,22 +18,13 @@
 namespace neq::test {
 namespace {
 
-class BlendEntries : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        library.call("clearUVString");
-        writeFile(dir.file("Head.ma"), "base\n");
-        writeFile(dir.file("Smile.ma"), "smile\n");
-    }
-
-    HostLibrary library;
-    TempDir dir;
-};
-
 // The statements quote each name: one put on the list directly (the list is exported as
 // data) is refused there too.
-TEST_F(BlendEntries, NamesPutOnTheExportedListAreCheckedToo) {
-    UVTileStr.push_back("evil\"");
+TEST(BlendEntries, NamesPutOnTheExportedListAreCheckedToo) {
+    const HostLibrary library;
+    const TempDir dir;
+    writeFile(dir.file("Head.ma"), "base\n");
+    UVTileStr.assign({"evil\""});
     EXPECT_EQ(library.call("endBlendFile", dir.file("Head.ma").c_str()), -2760.0f);
     EXPECT_EQ(readFile(dir.file("Head.ma")), "base\n");
     UVTileStr.clear();
@@ -42,7 +33,11 @@ TEST_F(BlendEntries, NamesPutOnTheExportedListAreCheckedToo) {
 // A base that reads fine but cannot be opened for writing. A read-only file does that
 // unless the tests run as root; a running executable refuses writers even then. Each
 // candidate is probed with a write-only open that never writes.
-TEST_F(BlendEntries, BaseThatCannotBeOpenedForWritingGivesItsCodeAndStaysUnchanged) {
+TEST(BlendEntries, BaseThatCannotBeOpenedForWritingGivesItsCodeAndStaysUnchanged) {
+    const HostLibrary library;
+    const TempDir dir;
+    writeFile(dir.file("Head.ma"), "base\n");
+    writeFile(dir.file("Smile.ma"), "smile\n");
     ::chmod(dir.file("Head.ma").c_str(), 0444);
     std::string base;
     for (const std::string& candidate : {dir.file("Head.ma"), std::string("/proc/self/exe")}) {
@@ -55,6 +50,7 @@ TEST_F(BlendEntries, BaseThatCannotBeOpenedForWritingGivesItsCodeAndStaysUnchang
         break;
     }
     if (base.empty()) GTEST_SKIP() << "every candidate base accepts writers here";
+    library.call("clearUVString");
     const std::string before = readFile(base);
     EXPECT_EQ(library.call("addBlendFile", dir.file("Smile.ma").c_str(), base.data()), -3760.0f);
     EXPECT_EQ(library.call("endBlendFile", base.c_str()), -3760.0f);

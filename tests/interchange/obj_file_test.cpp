@@ -11,14 +11,12 @@ TEST(ObjFile, WritesShortestFloatsOneUvPerValueAndGroups) {
 
 TEST(ObjFile, RoundTripGivesTheSameMeshToTheBit) {
     Mesh mesh = test::sampleMesh();
-    for (std::size_t i = 0; i < mesh.colors.size(); ++i) // every colour value once
-        mesh.colors[i] = static_cast<std::uint8_t>(i * 17);
     test::expectSameMesh(readObj(writeObj(mesh), "m.obj"), mesh);
     mesh.uvs.clear();
     mesh.colors.clear();
     mesh.groups.clear();
     test::expectSameMesh(readObj(writeObj(mesh), "m.obj"), mesh);
-    for (int value = 0; value < 256; ++value) {
+    for (int value = 0; value < 256; ++value) { // every colour value
         Mesh one;
         one.positions = {0, 0, 0};
         one.colors = {static_cast<std::uint8_t>(value), 0, 0};
