@@ -22,10 +22,9 @@ TEST(TilesCommand, RefusesRunawaySplitsUnlessForced) {
     meshfile::writeBytesToFile(dir.file("big.NeQ"), uvFile(bigFiles));
     // Forced, the split goes on to write (here into a folder that is not there).
     expectRuns({{"tiles many.NeQ t --split", 1,
-                 "neqbridge tiles: splitting 'many.NeQ' would write 1001 tile files of "},
-                {"tiles many.NeQ t --split", 1,
-                 " bytes in all (more than 1000 files); nothing was written; add --force to "
-                 "write them\n"},
+                 "neqbridge tiles: splitting 'many.NeQ' would write 1001 tile files of 96192 "
+                 "bytes, 96288192 bytes in all (more than 1000 files); nothing was written; add "
+                 "--force to write them\n"},
                 {"tiles big.NeQ t --split", 1, "(more than 1 GiB); nothing was written"},
                 {"tiles many.NeQ none/t --split --force", 1,
                  "tiles: cannot create output 'none/t0.NeQ': No such file"}},

@@ -34,12 +34,6 @@ TEST(GltfFile, GlbAndGltfGiveBackTheQuadsVerticesAndGroups) {
     test::expectSameMesh(readGltf(writeGlb(mesh), "m.glb"), mesh);
 }
 
-} // namespace
-} // namespace neq::interchange
-
-namespace neq::interchange {
-namespace {
-
 // assimp's glb of the first OBJ group of `sample.obj`: one primitive of two triangles,
 // colours as float RGBA, no neqbridge extras.
 TEST(GltfFile, AnotherProgramsPrimitivesBecomeTriangleGroups) {

@@ -107,6 +107,7 @@ BAD_ARGUMENTS = {
     "output names the input": lambda: neqbridge.weld_uvs(__file__, __file__),
     "unknown app name": lambda: neqbridge.bridge.app_path("../x"),
     "value of two lines": lambda: neqbridge.config.set("/tmp/c.txt", "KEY", "a\nb"),
+    "key holding =": lambda: neqbridge.config.set("/tmp/c.txt", "a=b", "1"),
     "side buffer for glb": pytest.param(lambda: neqbridge.convert(
         os.path.join(DATA, "interchange", "sample.obj"), "/nonexistent/m.glb", side_buffer=True),
         marks=needs_meshes),
