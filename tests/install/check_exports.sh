@@ -5,9 +5,7 @@
 # public C header for every plain C function exported (the host entries).
 # usage: check_exports.sh LIBRARY EXPORTS C_HEADER
 set -euo pipefail
-library=$1
-list=$2
-header=$3
+library=$1 list=$2 header=$3
 scripts="$(cd "$(dirname "$0")/../../scripts" && pwd)"
 
 exported=$("$scripts/exported-symbols" "$library")

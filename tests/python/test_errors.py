@@ -108,6 +108,7 @@ BAD_ARGUMENTS = {
     "unknown app name": lambda: neqbridge.bridge.app_path("../x"),
     "value of two lines": lambda: neqbridge.config.set("/tmp/c.txt", "KEY", "a\nb"),
     "key holding =": lambda: neqbridge.config.set("/tmp/c.txt", "a=b", "1"),
+    "unknown host entry": lambda: neqbridge.host.call("Nope"),
     "side buffer for glb": pytest.param(lambda: neqbridge.convert(
         os.path.join(DATA, "interchange", "sample.obj"), "/nonexistent/m.glb", side_buffer=True),
         marks=needs_meshes),

@@ -47,8 +47,3 @@ def test_a_name_longer_than_the_tools_buffer_comes_back_whole():
     name = "x" * 70000
     assert python_calls(("CheckName", name), ("CheckName", name)) == \
         [(0.0, name), (0.0, name + "_copy1")]
-
-
-def test_unknown_entry_is_refused():
-    with pytest.raises(ValueError, match="unknown entry 'Nope'"):
-        host.call("Nope")
