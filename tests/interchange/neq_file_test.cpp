@@ -137,8 +137,8 @@ TEST(NeqFile, MeshFilesRefuseWhatTheyCannotReadAndReplaceAtomically) {
         {dir.file("a.txt"), dir.file("a.txt") + ": the extension names no mesh format (.NeQ, "
                                                 ".obj, .glb or .gltf)"},
     };
-    for (const auto& [input, message] : refusals)
-        EXPECT_EQ(test::errorOf<FileError>([&] { readMeshFile(input); }), message);
+    for (const auto& refusal : refusals)
+        EXPECT_EQ(test::errorOf<FileError>([&] { readMeshFile(refusal.first); }), refusal.second);
 }
 
 TEST(MeshModel, ValidateNamesTheArrayAndTheFault) {

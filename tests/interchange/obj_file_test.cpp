@@ -80,9 +80,9 @@ TEST(ObjFile, MalformedLinesNameTheLineAndTheFault) {
         {"v 0 0 \\\n0\nf 1 \\\n 1 \\\n 9\n",
          "line 3: f: vertex index 9 is out of range (1 so far)"},
     };
-    for (const auto& [text, message] : cases)
-        EXPECT_EQ(test::errorOf<FormatError>([&] { readObj(text, "bad.obj"); }),
-                  "bad.obj: " + std::string(message));
+    for (const auto& c : cases)
+        EXPECT_EQ(test::errorOf<FormatError>([&] { readObj(c.first, "bad.obj"); }),
+                  "bad.obj: " + std::string(c.second));
 }
 
 } // namespace
