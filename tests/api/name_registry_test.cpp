@@ -13,8 +13,13 @@ namespace {
 struct Step {
     const char* proposed;
     const char* issued;
+    const char* erasedFirst = nullptr; // a name that leaves the set before this step
 };
 
+// The last sequence: resume points skip only counters that are taken. Names given
+// directly, stems shared by "_copy" names, and a registry shrunk behind the hints' back
+// all give the answers of the search from counter 1 (fuzz_name_registry compares the two
+// at large).
 TEST(NameRegistry, CopySuffixSequences) {
     const std::vector<std::vector<Step>> sequences = {
         {{"a b-c", "a_b_c"}, {"a-b c", "a_b_c_copy1"}, {"a_b_c", "a_b_c_copy2"}},
@@ -23,43 +28,27 @@ TEST(NameRegistry, CopySuffixSequences) {
         {{"Leg_copying", "Leg_copying"}, {"Leg_copying", "Leg_copy1"}},
         {{"Head_copy7", "Head_copy7"}, {"Head_copy7", "Head_copy1"}},
         {{"Tab\tX.y", "Tab\tX.y"}, {"Tab\tX.y", "Tab\tX.y_copy1"}},
+        {{"A", "A"},
+         {"A", "A_copy1"},
+         {"A_copy4", "A_copy4"},
+         {"A-copy2", "A_copy2"},
+         {"A", "A_copy3"},
+         {"A_copy1", "A_copy5"},
+         {"A_copying", "A_copying"},
+         {"A", "A_copy6"},
+         {"A", "A_copy2", "A_copy2"},
+         {"A", "A_copy7"}},
     };
     for (const std::vector<Step>& sequence : sequences) {
         std::set<std::string> issued;
         api::CopyCounterHints hints;
-        for (const Step& step : sequence)
+        std::size_t erased = 0;
+        for (const Step& step : sequence) {
+            erased += step.erasedFirst ? issued.erase(step.erasedFirst) : 0;
             EXPECT_STREQ(api::reserveUniqueName(issued, hints, step.proposed).c_str(), step.issued)
                 << (step.proposed ? step.proposed : "(null)");
-        EXPECT_EQ(issued.size(), sequence.size());
-    }
-}
-
-// Resume points skip only counters that are taken: names given directly, stems shared
-// by "_copy" names, and a registry shrunk behind the hints' back all give the answers
-// of the search from counter 1 (fuzz_name_registry compares the two at large).
-TEST(NameRegistry, ResumePointsGiveThePlainSearchAnswers) {
-    const std::vector<Step> steps = {
-        {"A", "A"},
-        {"A", "A_copy1"},
-        {"A_copy4", "A_copy4"},
-        {"A-copy2", "A_copy2"},
-        {"A", "A_copy3"},
-        {"A_copy1", "A_copy5"},
-        {"A_copying", "A_copying"},
-        {"A", "A_copy6"},
-        {nullptr, "A_copy2"}, // after A_copy2 left the set
-        {"A", "A_copy7"},
-    };
-    std::set<std::string> issued;
-    api::CopyCounterHints hints;
-    for (const Step& step : steps) {
-        if (step.proposed == nullptr) {
-            issued.erase("A_copy2");
-            EXPECT_STREQ(api::reserveUniqueName(issued, hints, "A").c_str(), step.issued);
-            continue;
         }
-        EXPECT_STREQ(api::reserveUniqueName(issued, hints, step.proposed).c_str(), step.issued)
-            << step.proposed;
+        EXPECT_EQ(issued.size() + erased, sequence.size());
     }
 }
 

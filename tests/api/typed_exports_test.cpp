@@ -16,10 +16,8 @@ TEST(FolderExports, IsDirectoryLooksOnlyAtTheLastName) {
     const std::pair<const char*, bool> cases[] = {
         {"x.y/z", true}, {"z.", false}, {"", true}, {"a\\b.c", false}, {"a.b\\c", true},
     };
-    for (const auto& [text, directory] : cases) {
-        std::string path = text;
-        EXPECT_EQ(IsDirectory(path.data()), directory) << '"' << text << '"';
-    }
+    for (const auto& [text, directory] : cases)
+        EXPECT_EQ(IsDirectory(std::string(text).data()), directory) << '"' << text << '"';
     EXPECT_TRUE(IsDirectory(nullptr));
 }
 

@@ -10,6 +10,7 @@ import os
 import subprocess
 import sys
 import traceback
+from pathlib import Path
 
 import addon_utils
 import bpy
@@ -40,11 +41,6 @@ def path(name):
     return os.path.join(WORK, name)
 
 
-def read_bytes(name):
-    with open(name, "rb") as f:
-        return f.read()
-
-
 def get(collection, prop, dtype, width):
     values = np.empty(len(collection) * width, dtype=dtype)
     collection.foreach_get(prop, values)
@@ -58,7 +54,7 @@ def import_neq(filepath, record=""):
 
 def export_neq(filepath, record=""):
     assert bpy.ops.export_mesh.neq(filepath=filepath, record=record) == {"FINISHED"}
-    return read_bytes(filepath)
+    return Path(filepath).read_bytes()
 
 
 def write_record(name, lines):
@@ -83,7 +79,7 @@ def test_import_brings_every_attribute():
 
 def test_export_gives_the_source_back():
     import_neq(SOURCE)
-    assert export_neq(path("exported.NeQ")) == read_bytes(SOURCE)
+    assert export_neq(path("exported.NeQ")) == Path(SOURCE).read_bytes()
 
 
 REVERSED = np.where(FACES[:, 3:] < 0, [0, 2, 1, 3], [0, 3, 2, 1])
@@ -105,7 +101,7 @@ def test_each_flag_applied_on_import_and_undone_on_export():
         assert get(data.vertices, "co", np.float32, 3).tobytes() == positions.astype(np.float32).tobytes(), keys
         assert np.array_equal(get(data.loops, "vertex_index", np.int32, 1), faces[CORNERS]), keys
         assert "polygroup" in data.attributes, keys
-        assert export_neq(path(f"flags{i}.NeQ"), record) == read_bytes(SOURCE), keys
+        assert export_neq(path(f"flags{i}.NeQ"), record) == Path(SOURCE).read_bytes(), keys
 
 
 def test_polygroups_only_with_their_flag():
@@ -120,7 +116,7 @@ def export_with_a_group_id_too_large(**arguments):
 
 def test_failures_are_error_reports_naming_the_file():
     with open(path("cut.NeQ"), "wb") as f:
-        f.write(read_bytes(SOURCE)[:100])
+        f.write(Path(SOURCE).read_bytes()[:100])
     cases = [  # operator, arguments, the file the report must name
         (bpy.ops.import_mesh.neq, {"filepath": path("cut.NeQ")}, path("cut.NeQ")),
         (bpy.ops.import_mesh.neq, {"filepath": path("absent.NeQ")}, path("absent.NeQ")),

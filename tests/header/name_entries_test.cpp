@@ -18,7 +18,6 @@ namespace {
 // the typed exports.
 TEST(NameEntries, NamesStayReservedInTheExportedSetUntilCleared) {
     HostLibrary library;
-    const std::set<std::string>& registry = nameSet;
     const auto check = [&](const char* name) {
         char out[256] = "untouched";
         EXPECT_EQ(library.call("CheckName", name, out), 0.0f);
@@ -31,11 +30,14 @@ TEST(NameEntries, NamesStayReservedInTheExportedSetUntilCleared) {
     char a[] = "A";
     const std::unique_ptr<char[]> typed(NameCheck(a));
     EXPECT_STREQ(typed.get(), "A_copy1");
-    EXPECT_EQ(registry, (std::set<std::string>{"", "A", "A_copy1", "my_head"}));
+    EXPECT_EQ(nameSet, (std::set<std::string>{"", "A", "A_copy1", "my_head"}));
 
     EXPECT_EQ(library.call("ClearNameSet"), 0.0f);
-    EXPECT_TRUE(registry.empty());
+    EXPECT_TRUE(nameSet.empty());
     EXPECT_EQ(check("my head"), "my_head");
+    char out[8] = "x";
+    EXPECT_EQ(library.call("Version", nullptr, out), 4.09f);
+    EXPECT_STREQ(out, "x") << "Version leaves the buffer alone";
 }
 
 } // namespace

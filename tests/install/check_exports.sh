@@ -5,9 +5,7 @@
 # public C header for every plain C function exported (the host entries).
 # usage: check_exports.sh LIBRARY EXPORTS C_HEADER
 set -euo pipefail
-library=$1
-list=$2
-header=$3
+library=$1 list=$2 header=$3
 scripts="$(cd "$(dirname "$0")/../../scripts" && pwd)"
 
 exported=$("$scripts/exported-symbols" "$library")
@@ -25,21 +23,13 @@ undeclared=$(nm -D --defined-only -P "$library" | awk '$2 == "T" && $1 !~ /^_Z/ 
             echo "$entry"
     done)
 
+# report TITLE NAMES: the names, indented under their title, when there are any.
+report() {
+    [ -z "$2" ] || { echo "$1"; echo "$2" | sed 's/^/  /'; status=1; }
+}
 status=0
-if [ -n "$unexpected" ]; then
-    echo "exported but not part of the interface (hide it, or list it in $list):"
-    echo "$unexpected" | sed 's/^/  /'
-    status=1
-fi
-if [ -n "$missing" ]; then
-    echo "listed in $list but not exported:"
-    echo "$missing" | sed 's/^/  /'
-    status=1
-fi
-if [ -n "$undeclared" ]; then
-    echo "host entries exported but not declared in $header:"
-    echo "$undeclared" | sed 's/^/  /'
-    status=1
-fi
+report "exported but not part of the interface (hide it, or list it in $list):" "$unexpected"
+report "listed in $list but not exported:" "$missing"
+report "host entries exported but not declared in $header:" "$undeclared"
 [ $status -ne 0 ] || echo "$(echo "$exported" | wc -l) exported symbols, all part of the interface"
 exit $status

@@ -119,12 +119,7 @@ TEST(NeqFile, MalformedBlocksNameTheBlockTheOffsetAndTheFault) {
     for (const Malformed& c : cases) {
         std::string bytes = good;
         std::memcpy(&bytes[c.offset], &c.value, 4);
-        try {
-            readNeq(bytes, "m.NeQ");
-            ADD_FAILURE() << "no error for " << c.message;
-        } catch (const FormatError& error) {
-            EXPECT_STREQ(error.what(), c.message);
-        }
+        EXPECT_EQ(test::errorOf<FormatError>([&] { readNeq(bytes, "m.NeQ"); }), c.message);
     }
     EXPECT_THROW(readNeq(good.substr(0, 31), "m.NeQ"), FormatError);
 }
@@ -142,14 +137,8 @@ TEST(NeqFile, MeshFilesRefuseWhatTheyCannotReadAndReplaceAtomically) {
         {dir.file("a.txt"), dir.file("a.txt") + ": the extension names no mesh format (.NeQ, "
                                                 ".obj, .glb or .gltf)"},
     };
-    for (const auto& [input, message] : refusals) {
-        try {
-            readMeshFile(input);
-            ADD_FAILURE() << input;
-        } catch (const FileError& error) {
-            EXPECT_EQ(error.what(), message);
-        }
-    }
+    for (const auto& refusal : refusals)
+        EXPECT_EQ(test::errorOf<FileError>([&] { readMeshFile(refusal.first); }), refusal.second);
 }
 
 TEST(MeshModel, ValidateNamesTheArrayAndTheFault) {
@@ -167,12 +156,7 @@ TEST(MeshModel, ValidateNamesTheArrayAndTheFault) {
     for (const auto& [spoil, message] : cases) {
         Mesh mesh = sampleMesh();
         spoil(mesh);
-        try {
-            validate(mesh);
-            ADD_FAILURE() << message;
-        } catch (const std::invalid_argument& error) {
-            EXPECT_STREQ(error.what(), message);
-        }
+        EXPECT_EQ(test::errorOf<std::invalid_argument>([&] { validate(mesh); }), message);
     }
 }
 

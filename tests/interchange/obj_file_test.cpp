@@ -11,14 +11,12 @@ TEST(ObjFile, WritesShortestFloatsOneUvPerValueAndGroups) {
 
 TEST(ObjFile, RoundTripGivesTheSameMeshToTheBit) {
     Mesh mesh = test::sampleMesh();
-    for (std::size_t i = 0; i < mesh.colors.size(); ++i) // every colour value once
-        mesh.colors[i] = static_cast<std::uint8_t>(i * 17);
     test::expectSameMesh(readObj(writeObj(mesh), "m.obj"), mesh);
     mesh.uvs.clear();
     mesh.colors.clear();
     mesh.groups.clear();
     test::expectSameMesh(readObj(writeObj(mesh), "m.obj"), mesh);
-    for (int value = 0; value < 256; ++value) {
+    for (int value = 0; value < 256; ++value) { // every colour value
         Mesh one;
         one.positions = {0, 0, 0};
         one.colors = {static_cast<std::uint8_t>(value), 0, 0};
@@ -82,15 +80,9 @@ TEST(ObjFile, MalformedLinesNameTheLineAndTheFault) {
         {"v 0 0 \\\n0\nf 1 \\\n 1 \\\n 9\n",
          "line 3: f: vertex index 9 is out of range (1 so far)"},
     };
-    for (const auto& [text, message] : cases) {
-        try {
-            readObj(text, "bad.obj");
-            ADD_FAILURE() << "no error for " << message;
-        } catch (const FormatError& error) {
-            EXPECT_EQ(error.file(), "bad.obj");
-            EXPECT_EQ(error.where() + ": " + error.reason(), message);
-        }
-    }
+    for (const auto& c : cases)
+        EXPECT_EQ(test::errorOf<FormatError>([&] { readObj(c.first, "bad.obj"); }),
+                  "bad.obj: " + std::string(c.second));
 }
 
 } // namespace

@@ -1,12 +1,14 @@
 #pragma once
 
-// Small meshes the conversion tests share, and a readable comparison of two meshes.
+// Small meshes the conversion tests share, a readable comparison of two meshes, and the
+// message a failing call gives.
 
 #include "interchange/mesh.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <string>
 
 namespace neq::interchange::test {
 
@@ -33,6 +35,16 @@ inline void expectSameMesh(const Mesh& actual, const Mesh& expected) {
     EXPECT_EQ(bits(actual.uvs), bits(expected.uvs)) << "uvs";
     EXPECT_EQ(actual.colors, expected.colors);
     EXPECT_EQ(actual.groups, expected.groups);
+}
+
+// The message of the Error that call throws, or "no error".
+template <typename Error, typename Call> std::string errorOf(Call call) {
+    try {
+        call();
+    } catch (const Error& error) {
+        return error.what();
+    }
+    return "no error";
 }
 
 } // namespace neq::interchange::test

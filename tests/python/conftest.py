@@ -16,11 +16,10 @@ needs_meshes = pytest.mark.skipif(not neqbridge._core.has_meshes,
                                   reason="built without the interchange library")
 
 
-def run_tool(*args, check=True, env=None):
+def run_tool(*args, env=None):
     """Runs the tool; returns its stdout as bytes."""
-    done = subprocess.run([CLI, *args], capture_output=True, env=env, check=False)
-    if check and done.returncode != 0:
-        raise AssertionError(f"{args}: {done.stderr.decode()}")
+    done = subprocess.run([CLI, *args], capture_output=True, env=env)
+    assert done.returncode == 0, f"{args}: {done.stderr.decode()}"
     return done.stdout
 
 

@@ -25,17 +25,14 @@ def test_array_likes_are_converted_to_the_package_dtypes():
     assert all(getattr(mesh, n).flags.c_contiguous for n in ("vertices", "faces", "uvs"))
 
 
-def test_triangles_split_quads_in_face_order():
+def test_triangles_split_quads_in_face_order_and_an_empty_mesh_has_none():
     mesh = neqbridge.Mesh(**QUAD_AND_TRIANGLE)
     triangles = mesh.triangles()
     assert triangles.dtype == np.int32
     assert triangles.tolist() == [[0, 1, 2], [0, 2, 3], [1, 4, 2]]
-
-
-def test_an_empty_mesh():
-    mesh = neqbridge.Mesh([], [])
-    assert (mesh.vertices.shape, mesh.faces.shape, len(mesh)) == ((0, 3), (0, 4), 0)
-    assert mesh.triangles().shape == (0, 3)
+    empty = neqbridge.Mesh([], [])
+    assert (empty.vertices.shape, empty.faces.shape, len(empty)) == ((0, 3), (0, 4), 0)
+    assert empty.triangles().shape == (0, 3)
 
 
 REFUSED = {

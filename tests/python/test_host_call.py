@@ -1,10 +1,12 @@
 """Host entries through the real shared library, against `neqbridge call` making the
 same calls in one process."""
 
+import os
+
 import pytest
 
 from neqbridge import host
-from conftest import run_tool
+from conftest import DATA, run_tool
 
 
 def tool_calls(*calls):
@@ -30,6 +32,9 @@ CASES = {
     "null pointers": [("CheckName", host.NULL), ("GetPublicFolder", host.NULL, host.NULL),
                       ("GetPublicFolder",)],
     "no folder open": [("GetFile",), ("CloseFolder",)],
+    # readdir's order is the same for both, on a folder that does not change
+    "folder listing": [("OpenFolder", os.path.join(DATA, "blend"))] + [("GetFile",)] * 5
+                      + [("CloseFolder",), ("CloseFolder",)],
 }
 
 
@@ -42,25 +47,3 @@ def test_a_name_longer_than_the_tools_buffer_comes_back_whole():
     name = "x" * 70000
     assert python_calls(("CheckName", name), ("CheckName", name)) == \
         [(0.0, name), (0.0, name + "_copy1")]
-
-
-def test_folder_listing_and_file_entries(tmp_path):
-    (tmp_path / "source.txt").write_bytes(b"abc")
-    (tmp_path / "dest.txt").write_bytes(b"xy")
-    assert host.call("AddFile", str(tmp_path / "source.txt"), str(tmp_path / "dest.txt")) == \
-        (0.0, str(tmp_path / "dest.txt"))
-    assert (tmp_path / "dest.txt").read_bytes() == b"xyabcc"
-    assert host.call("OpenFolder", str(tmp_path))[0] == 0.0
-    names = []
-    while (result := host.call("GetFile"))[0] == 0.0:
-        names.append(result[1])
-    assert result[0] == -3.0
-    assert sorted(names) == [".", "..", "dest.txt", "source.txt"]
-    assert host.call("CloseFolder") == (0.0, "")
-    assert host.call("FileDelete", str(tmp_path / "dest.txt"))[0] == 0.0
-    assert not (tmp_path / "dest.txt").exists()
-
-
-def test_unknown_entry_is_refused():
-    with pytest.raises(ValueError, match="unknown entry 'Nope'"):
-        host.call("Nope")

@@ -27,14 +27,12 @@ def overwrites(data):
 
 
 def run_batch(tmp_path, extension, contents):
-    paths = []
-    for n, content in enumerate(contents):
-        path = tmp_path / f"hostile{n}{extension}"
+    paths = [tmp_path / f"hostile{n}{extension}" for n in range(len(contents))]
+    for path, content in zip(paths, contents):
         path.write_bytes(content)
-        paths.append(str(path))
     package_folder = os.path.dirname(os.path.dirname(os.path.abspath(neqbridge.__file__)))
     env = dict(os.environ, PYTHONPATH=package_folder)
-    done = subprocess.run([sys.executable, os.path.join(HERE, "hostile_batch.py"), *paths],
+    done = subprocess.run([sys.executable, os.path.join(HERE, "hostile_batch.py"), *map(str, paths)],
                           capture_output=True, text=True, cwd=tmp_path, env=env)
     assert done.returncode == 0, done.stderr[-2000:]
     assert done.stdout.startswith(f"{len(paths)} files")

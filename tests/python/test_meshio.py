@@ -4,7 +4,7 @@ import meshio
 import numpy as np
 import pytest
 
-import neqbridge
+import neqbridge.meshio  # noqa: F401  registers the format
 from conftest import needs_meshes
 
 pytestmark = needs_meshes
@@ -13,8 +13,6 @@ pytestmark = needs_meshes
 @pytest.fixture
 def mixed(tmp_path):
     """Quads, then a triangle, then a quad: three cell blocks in face order."""
-    import neqbridge.meshio  # noqa: F401  registers the format
-
     mesh = neqbridge.Mesh(
         [[0, 0, 0], [1, 0, 0], [1, 1, 0], [0, 1, 0], [2, 0, 0], [2, 1, 0]],
         [[0, 1, 2, 3], [1, 4, 5, 2], [0, 2, 3, -1], [1, 4, 5, 2]],
@@ -47,8 +45,6 @@ def test_meshio_writes_back_the_same_file(mixed, tmp_path):
 
 
 def test_meshio_refuses_cells_that_are_not_faces(tmp_path):
-    import neqbridge.meshio  # noqa: F401
-
     tetra = meshio.Mesh(np.zeros((4, 3)), [("tetra", [[0, 1, 2, 3]])])
     with pytest.raises(meshio.WriteError, match="tetra"):
         meshio.write(tmp_path / "t.NeQ", tetra)

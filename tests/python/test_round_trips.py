@@ -28,13 +28,9 @@ def test_write_then_read_gives_the_mesh_back(demo, tmp_path, extension):
     neqbridge.write(path, mesh)
     # glTF stores v flipped (1 - v): the float rounding of that flip may show.
     assert_same_mesh(neqbridge.read(path), mesh, 0 if extension in (".NeQ", ".obj") else 1e-6)
-
-
-def test_neq_to_neq_keeps_the_bytes_and_header(demo, tmp_path):
-    mesh = neqbridge.read(demo / "base.NeQ")
-    neqbridge.write(tmp_path / "again.NeQ", mesh)
-    run_tool("convert", str(demo / "base.NeQ"), str(tmp_path / "tool.NeQ"))
-    assert (tmp_path / "again.NeQ").read_bytes() == (tmp_path / "tool.NeQ").read_bytes()
+    if extension == ".NeQ":  # the header comes along, as with the tool's conversion
+        run_tool("convert", str(demo / "base.NeQ"), str(tmp_path / "tool.NeQ"))
+        assert path.read_bytes() == (tmp_path / "tool.NeQ").read_bytes()
 
 
 def test_arrays_made_in_python_round_trip(tmp_path):
@@ -72,12 +68,6 @@ def test_convert_writes_what_the_tool_writes(demo, tmp_path, extension, options,
     for name in written:
         assert (tmp_path / "py" / name).read_bytes() == (tmp_path / "tool" / name).read_bytes()
     assert counts == {"split_polygons": 0, "skipped_statements": 0}
-
-
-def test_a_side_buffer_is_for_gltf_only(demo, tmp_path):
-    with pytest.raises(ValueError, match="gltf"):
-        neqbridge.convert(demo / "base.NeQ", tmp_path / "m.glb", side_buffer=True)
-    assert not (tmp_path / "m.glb").exists()
 
 
 def test_threads_read_and_write_side_by_side(demo, tmp_path):

@@ -14,22 +14,14 @@ HostLibrary::~HostLibrary() {
     ::dlclose(handle_);
 }
 
-HostEntry HostLibrary::entry(const char* name) const {
-    return reinterpret_cast<HostEntry>(::dlsym(handle_, name));
-}
-
-void* HostLibrary::symbol(const char* name) const {
-    return ::dlsym(handle_, name);
-}
-
 void* HostLibrary::required(const char* name) const {
-    void* found = symbol(name);
+    void* found = ::dlsym(handle_, name);
     if (found == nullptr) throw std::runtime_error(std::string("no export ") + name);
     return found;
 }
 
 float HostLibrary::call(const char* name, const char* text, char* out) const {
-    const HostEntry function = entry(name);
+    const auto function = reinterpret_cast<HostEntry>(::dlsym(handle_, name));
     if (function == nullptr) throw std::runtime_error(std::string("no entry ") + name);
     // The host hands over mutable buffers; copy the text so the entry may not touch ours.
     std::string copy = text ? text : "";

@@ -16,10 +16,6 @@ class HostLibrary {
     HostLibrary& operator=(const HostLibrary&) = delete;
     ~HostLibrary();
 
-    // The entry with this undecorated name, or null.
-    HostEntry entry(const char* name) const;
-    // Any exported symbol (data or typed function), or null.
-    void* symbol(const char* name) const;
     // Calls an entry with a text (null allowed), an ignored number and an output
     // buffer; throws if the entry is missing.
     float call(const char* name, const char* text = nullptr, char* out = nullptr) const;

@@ -5,9 +5,7 @@
 # NEQBRIDGE_REQUIRE_CHECKERS is set (scripts/test sets it).
 # usage: check_outputs.sh TOOL INPUT TOOLS-FOLDER
 set -euo pipefail
-tool=$1
-input=$2
-tools=$3
+tool=$1 input=$2 tools=$3
 here="$(cd "$(dirname "$0")" && pwd)"
 
 missing=""
