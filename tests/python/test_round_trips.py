@@ -40,6 +40,10 @@ def test_arrays_made_in_python_round_trip(tmp_path):
     mesh.uvs[1, 3] = 0  # a triangle's fourth pair is written as zeros
     neqbridge.write(tmp_path / "made.NeQ", mesh)
     assert_same_mesh(neqbridge.read(tmp_path / "made.NeQ"), mesh)
+    # Durably or not, and with any negative fourth index set after the checks: the same bytes.
+    mesh.faces[1, 3] = -5
+    neqbridge.write(tmp_path / "durable.NeQ", mesh, durable=True)
+    assert (tmp_path / "durable.NeQ").read_bytes() == (tmp_path / "made.NeQ").read_bytes()
 
 
 # (options of convert, the same options of the tool)
