@@ -10,24 +10,6 @@
 
 namespace neq::meshfile {
 
-float ExportOutcome::hostResult() const {
-    switch (status) {
-    case ExportStatus::Written:
-        return kWrittenResult;
-    case ExportStatus::NoFaceIds:
-        return kNoBlockResult;
-    case ExportStatus::CannotOpenInput:
-        return kCannotOpenResult;
-    case ExportStatus::CannotOpenOutput:
-    case ExportStatus::WriteFailed:
-        // The host knows one output failure; a file it cannot rely on is one.
-        return kCannotOpenOutputResult;
-    case ExportStatus::TagMismatch:
-        return mismatch.found ? static_cast<float>(*mismatch.found) : kTagPastEndResult;
-    }
-    return kTagPastEndResult;
-}
-
 std::string describeFoundTag(std::optional<std::uint32_t> found) {
     if (!found) return "the end of the file";
     return "tag " + std::to_string(*found) + " (" + blockKindName(*found) + " block)";

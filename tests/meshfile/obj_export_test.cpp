@@ -1,3 +1,4 @@
+#include "api/result_codes.h"
 #include "meshfile/neq_file.h"
 #include "meshfile/neq_writer.h"
 #include "meshfile/obj_export.h"
@@ -56,7 +57,7 @@ class ObjExport : public ::testing::Test {
     float run(const NeqBytes& bytes, const Ids& ids) {
         writeBytesToFile(in, bytes);
         idsAfter = ids;
-        return exportObj(in.c_str(), out.c_str(), idsAfter).hostResult();
+        return api::hostCode(exportObj(in.c_str(), out.c_str(), idsAfter));
     }
     std::string written() const { return test::readFile(out); }
     // The text after the RGB block: the face groups.

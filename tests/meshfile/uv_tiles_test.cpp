@@ -1,3 +1,4 @@
+#include "api/result_codes.h"
 #include "meshfile/groups.h"
 #include "meshfile/neq_file.h"
 #include "meshfile/uv_test_meshes.h"
@@ -161,8 +162,9 @@ class UvTilesSplit : public ::testing::Test {
     }
     std::string tileFile(int k) const { return dir.file("out" + std::to_string(k) + ".NeQ"); }
     float split(Names& names) const {
-        return meshfile::splitUvTiles(dir.file("head.NeQ").c_str(), dir.file("out.NeQ").c_str(),
-                                      names);
+        return api::hostCode(meshfile::splitUvTiles(dir.file("head.NeQ").c_str(),
+                                                    dir.file("out.NeQ").c_str(), names),
+                             api::kCannotOpenInput);
     }
 
     TempDir dir;
@@ -195,7 +197,9 @@ TEST_F(UvTilesSplit, UncreatableFileStopsTheLoopAndKeepsEarlierFiles) {
     EXPECT_EQ(readFile(tileFile(0)).size(), uvRecordsOffset(uvMesh(kRecords)) + 12 * 8 + 16);
     EXPECT_FALSE(fileExists(tileFile(2)));
     // A null base names no creatable file.
-    EXPECT_EQ(meshfile::splitUvTiles(dir.file("head.NeQ").c_str(), nullptr, names), 1501.0f);
+    EXPECT_EQ(api::hostCode(meshfile::splitUvTiles(dir.file("head.NeQ").c_str(), nullptr, names),
+                            api::kCannotOpenInput),
+              1501.0f);
 }
 
 TEST(UvTilesSplitNames, StemIsTheBaseCutBeforeItsLastDot) {
