@@ -3,8 +3,8 @@
 #include "interchange/mesh.h"
 
 #include "foundation/atomic_file.h"
+#include "foundation/text_writer.h"
 #include "foundation/whole_file.h"
-#include "uvmerge/text_out.h"
 
 #include <cerrno>
 #include <exception>
@@ -35,7 +35,7 @@ template <class Write> void replaceWithOrFail(const std::string& path, Write wri
     errno = 0;
     const auto writeFile = [&write, &refused](int fd) {
         try {
-            uvmerge::FileSink sink(fd);
+            FileSink sink(fd);
             return write(sink);
         } catch (...) {
             refused = std::current_exception();
@@ -65,14 +65,14 @@ Mesh readMeshFile(const std::string& path, ReadReport* report) {
 void writeMeshFile(const std::string& path, const Mesh& mesh, const WriteOptions& options) {
     switch (formatOrFail(path)) {
     case Format::neq: // written straight from the arrays, with no copy of the file
-        replaceWithOrFail(path, [&mesh](uvmerge::FileSink& sink) {
+        replaceWithOrFail(path, [&mesh](FileSink& sink) {
             return writeNeqTo(mesh, [&sink](const void* data, std::size_t size) {
                 return sink.write(static_cast<const char*>(data), size);
             });
         });
         return;
     case Format::obj:
-        replaceWithOrFail(path, [&mesh](uvmerge::FileSink& sink) {
+        replaceWithOrFail(path, [&mesh](FileSink& sink) {
             return writeObjTo(mesh, [&sink](const char* data, std::size_t size) {
                 return sink.write(data, size);
             });

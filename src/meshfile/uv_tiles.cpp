@@ -93,7 +93,7 @@ constexpr std::size_t kPairSize = 8;
 constexpr std::size_t kPairsPerRecord = kUvRecordSize / kPairSize;
 // Pairs handed to the output buffer at a time; well under its size.
 constexpr std::size_t kPairsPerChunk = 64 * 1024;
-static_assert(kPairsPerChunk * kPairSize <= OutputFile::kDefaultBufferSize);
+static_assert(kPairsPerChunk * kPairSize <= TextWriter::kDefaultBufferSize);
 
 // A pair outside the tile being written.
 const std::array<std::uint8_t, kPairSize> kOutsidePair = [] {
@@ -155,8 +155,9 @@ NeqBytes UvTileSplit::tileImage(std::size_t k) const {
     return image; // the closing 16 bytes are already zero
 }
 
-bool UvTileSplit::writeTileFile(std::size_t k, const char* path, OutputFile& out) const {
-    if (!out.open(path, "wb")) return false;
+bool UvTileSplit::writeTileFile(std::size_t k, const char* path, FileSink& file,
+                                TextWriter& out) const {
+    if (!file.open(path)) return false;
     out.append(file_.data(), prefixSize_);
     for (std::size_t first = 0; first < pairLocal_.size(); first += kPairsPerChunk) {
         const std::size_t count = std::min(kPairsPerChunk, pairLocal_.size() - first);
@@ -165,14 +166,16 @@ bool UvTileSplit::writeTileFile(std::size_t k, const char* path, OutputFile& out
         out.commit(chunk + count * kPairSize);
     }
     out.append(kEndBlock, sizeof kEndBlock);
-    return out.close();
+    return out.flush() && file.close();
 }
 
 ReadOutcome UvTileSplit::writeTileFiles(const std::string& stem,
                                         std::vector<std::string>& names) const {
-    OutputFile out;
+    // One buffer for every tile file.
+    FileSink file;
+    TextWriter out(file);
     for (std::size_t k = 0; k < tiles_.size(); ++k) {
-        if (!writeTileFile(k, uvTileFilePath(stem, k).c_str(), out))
+        if (!writeTileFile(k, uvTileFilePath(stem, k).c_str(), file, out))
             return {ReadStatus::CannotWrite, k};
         names.push_back(tiles_[k].name);
     }

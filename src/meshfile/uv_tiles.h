@@ -3,7 +3,7 @@
 // UV tiles: the unit squares of UV space a mesh's faces lie in. A face's tile is the
 // tile of the first (u, v) pair of its UV record.
 
-#include "foundation/output_file.h"
+#include "foundation/text_writer.h"
 #include "meshfile/neq_file.h"
 
 #include <array>
@@ -127,7 +127,7 @@ class UvTileSplit {
     explicit UvTileSplit(const NeqView& file) : file_(file) {}
     // Writes `count` pairs of tile k's block, starting at pair `first`, to `out`.
     void fillPairs(std::size_t k, std::size_t first, std::size_t count, std::uint8_t* out) const;
-    bool writeTileFile(std::size_t k, const char* path, OutputFile& out) const;
+    bool writeTileFile(std::size_t k, const char* path, FileSink& file, TextWriter& out) const;
 
     NeqView file_;
     std::size_t prefixSize_ = 0;

@@ -25,7 +25,7 @@
 // line that runs out early reads its missing UVs and edges as 0 and its missing faces
 // as faces without corners, which are dropped.
 
-#include "uvmerge/text_out.h"
+#include "foundation/text_writer.h"
 
 #include <cstddef>
 #include <memory>

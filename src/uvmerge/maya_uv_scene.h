@@ -3,9 +3,12 @@
 // What the rewrite's line scan gathers from a scene, and the writing of the new scene
 // from it. Internal to uvmerge.
 
+#include "foundation/text_writer.h"
 #include "foundation/vd_array.h"
 #include "foundation/vd_vector.h"
-#include "uvmerge/text_out.h"
+
+#include <algorithm>
+#include <cstring>
 
 #include <cstddef>
 #include <string>
@@ -50,5 +53,24 @@ struct SceneData {
 // earlier mark wrote, in the order UV count, UVs, face count, faces. False when the
 // sink failed.
 bool writeScene(const SceneData& scene, std::string_view input, TextSink& sink);
+
+// Calls block(start, last) for each block of at most `perBlock` entries out of `count`.
+template <class Block> void forEachBlock(std::size_t count, std::size_t perBlock, Block block) {
+    for (std::size_t start = 0; start < count; start += perBlock)
+        block(start, std::min(start + perBlock, count) - 1);
+}
+
+// "\tsetAttr \"NAME[start:last]\"" and the rest of a block's header line.
+inline void blockHeader(TextWriter& out, const char* name, std::size_t start, std::size_t last,
+                        const char* rest) {
+    out.append("\tsetAttr \"");
+    out.append(name, std::strlen(name));
+    out.append("[");
+    out.number(static_cast<long long>(start));
+    out.append(":");
+    out.number(static_cast<long long>(last));
+    out.append("]\"");
+    out.append(rest, std::strlen(rest));
+}
 
 } // namespace neq::uvmerge

@@ -170,6 +170,8 @@ TEST_F(ObjExport, TypedExportsShareTheModuleFaceIdsAndKeepThemOnFailure) {
     EXPECT_EQ(GetFaceIDsNeq(basePath.c_str(), 1.0), 2.0f) << "replaces, never appends";
     EXPECT_EQ(writeOBJfromNeq(dir.file("missing").c_str(), outPath.data()), -1760.0f);
     EXPECT_EQ(writeOBJfromNeq(in.c_str(), badOut.data()), -2.0f);
+    std::string full = "/dev/full";
+    EXPECT_EQ(writeOBJfromNeq(in.c_str(), full.data()), -2.0f) << "a write that fails";
     EXPECT_FALSE(test::fileExists(out));
     EXPECT_EQ(writeOBJfromNeq(basePath.c_str(), outPath.data()), 20001.0f);
     EXPECT_EQ(faceID, (Ids{4, 3}));
