@@ -97,7 +97,7 @@ std::string readBaseScene(const std::string& basePath) {
         text = "cannot write base scene " + quoted(basePath) + ": " + reasonOf(error);
     else
         text = "cannot assemble base scene " + quoted(basePath) + ": out of memory";
-    throw Failure(text + " (code " + std::to_string(static_cast<int>(code)) + ")");
+    throw Failure(text + codeDetail(code));
 }
 
 int run(const std::vector<std::string>& args) {

@@ -3,6 +3,7 @@
 #include "command.h"
 #include "files.h"
 
+#include "api/result_codes.h"
 #include "meshfile/neq_format.h"
 #include "meshfile/neq_inspect.h"
 #include "meshfile/obj_export_outcome.h"
@@ -22,7 +23,7 @@ meshfile::NeqBytes loadNeqOrFail(const std::string& path) {
     errno = 0;
     if (!meshfile::loadNeqFile(path.c_str(), bytes))
         throw Failure("cannot read input " + quoted(path) + ": " + reasonOf(errno) +
-                      " (code -1760)");
+                      codeDetail(api::kCannotOpenInput));
     return bytes;
 }
 
