@@ -9,7 +9,7 @@ namespace neq {
 
 bool FileSink::open(const char* path, std::string* reason) {
     close();
-    failed_ = false;
+    failed_ = writeback_ = false;
     written_ = writebackStart_ = 0;
     std::string ignored; // most callers report the failure in their own terms
     owned_.emplace(files::openFile(path, O_WRONLY | O_CREAT | O_TRUNC, files::Kind::anyFile,
