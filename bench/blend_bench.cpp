@@ -2,7 +2,6 @@
 // simply concatenating the same files: the scene only grows at its end, so the two
 // should cost about the same, and twice the targets twice the time.
 
-#include "blend/blend_result.h"
 #include "blend/blend_scene.h"
 
 #include <benchmark/benchmark.h>
@@ -103,9 +102,10 @@ void BM_BlendScene(benchmark::State& state) {
         std::vector<std::string> names;
         const std::string base = scenes.base();
         for (int i = 0; i < count; ++i)
-            if (blend::addBlend(scenes.target(i).c_str(), base.c_str(), names) != blend::kBlendDone)
+            if (blend::addBlend(scenes.target(i).c_str(), base.c_str(), names) !=
+                blend::BlendStatus::Done)
                 return false;
-        return blend::finishBlend(base.c_str(), names) == blend::kBlendDone;
+        return blend::finishBlend(base.c_str(), names) == blend::BlendStatus::Done;
     });
 }
 

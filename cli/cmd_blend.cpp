@@ -6,7 +6,7 @@
 #include "pending_output.h"
 
 #include "api/module_state.h"
-#include "blend/blend_result.h"
+#include "api/result_codes.h"
 #include "blend/node_name.h"
 #include "foundation/file_io.h"
 #include "neqbridge/neqbridge.hpp"
@@ -90,13 +90,13 @@ std::string readBaseScene(const std::string& basePath) {
 [[noreturn]] void failBlendStep(float code, const std::string& basePath,
                                 const std::string& targetPath, int error) {
     std::string text;
-    if (code == blend::kTargetUnreadable)
+    if (code == api::kCannotOpenInput)
         text = "cannot open target scene " + quoted(targetPath) + ": " + reasonOf(error);
-    else if (code == blend::kBaseUnreadable || code == blend::kBaseUnwritable)
+    else if (code == api::kBaseUnreadable || code == api::kBaseUnwritable)
         text = "cannot write base scene " + quoted(basePath) + ": " + reasonOf(error);
     else
         text = "cannot assemble base scene " + quoted(basePath) + ": out of memory";
-    throw Failure(text + " (code " + std::to_string(static_cast<int>(code)) + ")");
+    throw Failure(text + codeDetail(code));
 }
 
 int run(const std::vector<std::string>& args) {
@@ -137,13 +137,13 @@ void assembleBlendScene(const std::string& basePath, const std::vector<std::stri
     for (std::size_t i = 0; i < targetPaths.size(); ++i) {
         errno = 0;
         const float code = addBlend(targetsForLibrary[i].c_str(), workPath.data());
-        if (code != blend::kBlendDone) failBlendStep(code, basePath, targetPaths[i], errno);
+        if (code != api::kDone) failBlendStep(code, basePath, targetPaths[i], errno);
         status("  target " + std::to_string(i) + "  \"" + UVTileStr.back() + "\"  appended from " +
                targetPaths[i]);
     }
     errno = 0;
     const float code = finishBlend(workPath.c_str());
-    if (code != blend::kBlendDone) failBlendStep(code, basePath, "", errno);
+    if (code != api::kDone) failBlendStep(code, basePath, "", errno);
     output.commit();
     status("  blend-shape deformer on \"" + blend::nodeNameOf(basePath) + "Shape\" with " +
            std::to_string(UVTileStr.size()) + " target" + (UVTileStr.size() == 1 ? "" : "s") +

@@ -5,7 +5,6 @@
 #include "pending_output.h"
 
 #include "meshfile/neq_file.h"
-#include "tooling/neq_inspect.h"
 #include "meshfile/rgb_block.h"
 #include "tooling/neq_inspect.h"
 

@@ -4,8 +4,8 @@
 #include "neq_input.h"
 
 #include "meshfile/neq_file.h"
-#include "tooling/neq_inspect.h"
 #include "meshfile/obj_export.h"
+#include "tooling/neq_inspect.h"
 
 #include <cstdio>
 #include <optional>

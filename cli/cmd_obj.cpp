@@ -4,6 +4,7 @@
 #include "neq_input.h"
 #include "pending_output.h"
 
+#include "api/result_codes.h"
 #include "meshfile/face_ids.h"
 #include "meshfile/neq_file.h"
 #include "meshfile/obj_export.h"
@@ -24,7 +25,8 @@ std::vector<std::uint32_t> readBaseFaceIds(const std::string& basePath, double l
     std::vector<std::uint32_t> faceIds;
     if (meshfile::readFaceIds(file, level, faceIds) == 0)
         throw Failure("no face IDs: " + quoted(basePath) +
-                      " has no face records, so the faces cannot be grouped (code -18)");
+                      " has no face records, so the faces cannot be grouped" +
+                      codeDetail(api::kNoBlock));
     return faceIds;
 }
 

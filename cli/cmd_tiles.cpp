@@ -7,6 +7,7 @@
 #include "neq_input.h"
 #include "pending_output.h"
 
+#include "api/result_codes.h"
 #include "meshfile/groups.h"
 #include "meshfile/uv_tiles.h"
 
@@ -20,7 +21,7 @@ namespace neq::cli {
 namespace {
 
 void failWithoutBlock(const std::string& mesh, const char* blockKind) {
-    throw Failure(quoted(mesh) + " has no " + blockKind + " block (code -18)");
+    throw Failure(quoted(mesh) + " has no " + blockKind + " block" + codeDetail(api::kNoBlock));
 }
 
 // The tile a face lands in when its first UV pair is (-1, -1), as --split writes the

@@ -116,4 +116,8 @@ std::string quoted(const std::string& path) {
     return "'" + path + "'";
 }
 
+std::string codeDetail(float code) {
+    return " (code " + std::to_string(static_cast<long long>(code)) + ")";
+}
+
 } // namespace neq::cli

@@ -16,7 +16,7 @@
 // - A failed operation is `throw Failure("cannot open input 'x': No such file or
 //   directory")`: main prints "neqbridge NAME: MESSAGE" and exits 1. Name the operation,
 //   the file (quoted()) and the reason in words; a library result code goes last, as
-//   detail: "... (code -1760)". files.h has the checks and messages for files.
+//   detail: "... (code -1760)" (codeDetail). files.h has the checks and messages for files.
 // - Data (listings, values, JSON) goes to stdout; `status()` lines (what was written,
 //   progress) and `warn()` go to stderr. -q silences status lines only.
 // - Outputs go through `PendingOutput` (pending_output.h): a temporary file beside the
@@ -111,5 +111,8 @@ std::string usageLine(const Command& command);
 
 // 'path' in single quotes, as messages name files.
 std::string quoted(const std::string& path);
+// " (code N)": a library result code (api/result_codes.h) as the detail that ends a
+// Failure's message.
+std::string codeDetail(float code);
 
 } // namespace neq::cli

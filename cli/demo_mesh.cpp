@@ -2,9 +2,10 @@
 #include "demo_steps.h"
 
 #include "api/module_state.h"
+#include "api/result_codes.h"
+#include "neqbridge/neqbridge.hpp"
 #include "tooling/neq_writer.h"
 #include "tooling/sample_mesh.h"
-#include "neqbridge/neqbridge.hpp"
 
 #include <sys/stat.h>
 
@@ -34,13 +35,13 @@ void writeMeshFile(const DemoContext& context, const char* name, const meshfile:
 [[noreturn]] void failHostCall(const char* entry, float code, const std::string& input,
                                const std::string& output) {
     std::string text;
-    if (code == -1760.0f)
+    if (code == api::kCannotOpenInput)
         text = "cannot open input " + quoted(input);
-    else if (code == -2.0f)
+    else if (code == api::kCannotOpenOutput)
         text = "cannot create or write output " + quoted(output);
-    else if (code == -18.0f)
+    else if (code == api::kNoBlock)
         text = "no face IDs were recorded before the OBJ export";
-    else if (code == -1.0f)
+    else if (code == api::kFailed)
         text = "out of memory, or " + quoted(input) + " ends early";
     else
         text = "found block tag " + std::to_string(static_cast<long long>(code)) + " in " +

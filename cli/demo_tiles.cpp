@@ -2,6 +2,7 @@
 #include "command.h"
 #include "demo_steps.h"
 
+#include "api/result_codes.h"
 #include "foundation/file_name_extract.h"
 #include "meshfile/uv_tiles.h"
 
@@ -22,7 +23,8 @@ std::string joined(const std::vector<std::string>& items) {
 // The host's split, as the host calls it; its code says which tile file failed.
 std::vector<std::string> splitAsTheHostDoes(const std::string& mesh, const std::string& base) {
     std::vector<std::string> names;
-    const float result = meshfile::splitUvTiles(mesh.c_str(), base.c_str(), names);
+    const float result = api::hostCode(meshfile::splitUvTiles(mesh.c_str(), base.c_str(), names),
+                                       api::kCannotOpenInput);
     if (result == static_cast<float>(names.size())) return names;
     const std::string failed =
         meshfile::uvTileFilePath(meshfile::uvTileFileStem(base), names.size());

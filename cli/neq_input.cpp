@@ -3,9 +3,10 @@
 #include "command.h"
 #include "files.h"
 
+#include "api/result_codes.h"
 #include "meshfile/neq_file.h"
-#include "tooling/neq_inspect.h"
 #include "meshfile/obj_export.h"
+#include "tooling/neq_inspect.h"
 
 #include <algorithm>
 #include <iterator>
@@ -22,7 +23,7 @@ meshfile::NeqBytes loadNeqOrFail(const std::string& path) {
     errno = 0;
     if (!meshfile::loadNeqFile(path.c_str(), bytes))
         throw Failure("cannot read input " + quoted(path) + ": " + reasonOf(errno) +
-                      " (code -1760)");
+                      codeDetail(api::kCannotOpenInput));
     return bytes;
 }
 

@@ -4,6 +4,7 @@
 #include "files.h"
 
 #include "foundation/file_io.h"
+#include "foundation/text_writer.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -78,21 +79,12 @@ void PendingOutput::removeTemporary() {
 
 void PendingOutput::write(std::string_view bytes) const {
     // A FIFO that nobody reads is refused rather than waited on.
+    FileSink file;
     std::string reason;
-    const int fd = files::openFile(writePath_.c_str(), O_WRONLY | O_TRUNC | O_CREAT,
-                                   files::Kind::anyFile, reason);
-    if (fd < 0) throw Failure("cannot write output " + quoted(destination_) + ": " + reason);
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) {
-            const int error = written < 0 ? errno : EIO;
-            ::close(fd);
-            failWrite(error);
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    if (::close(fd) != 0) failWrite(errno);
+    if (!file.open(writePath_.c_str(), &reason))
+        throw Failure("cannot write output " + quoted(destination_) + ": " + reason);
+    errno = 0;
+    if (!file.write(bytes.data(), bytes.size()) || !file.close()) failWrite(errno ? errno : EIO);
 }
 
 void PendingOutput::commit() {

@@ -1,7 +1,7 @@
 #include "tooling/maya_mesh_writer.h"
 
+#include "foundation/text_writer.h"
 #include "uvmerge/maya_uv_rewrite.h"
-#include "uvmerge/text_out.h"
 
 #include <cstdint>
 #include <unordered_map>
@@ -49,37 +49,37 @@ SceneData meshScene(const meshfile::Mesh& mesh) {
     return scene;
 }
 
-void writeVertices(TextOut& out, const meshfile::Mesh& mesh) {
-    out.text("\tsetAttr -s ");
+void writeVertices(TextWriter& out, const meshfile::Mesh& mesh) {
+    out.append("\tsetAttr -s ");
     out.number(static_cast<long long>(mesh.vertices.size()));
-    out.text(" \".vt\";\n");
+    out.append(" \".vt\";\n");
     forEachBlock(mesh.vertices.size(), kEntriesPerBlock, [&](std::size_t start, std::size_t last) {
         blockHeader(out, ".vt", start, last, " -type \"float3\"\n");
         for (std::size_t i = start; i <= last; ++i)
             for (float c : mesh.vertices[i]) {
-                char* p = out.room(1 + kMaxFloatGChars);
+                char* p = out.reserve(1 + kMaxFloatGChars);
                 *p++ = ' ';
-                out.advance(formatFloatG(p, c));
+                out.commit(formatFloatG(p, c));
             }
-        out.text(";\n");
+        out.append(";\n");
     });
 }
 
-void writeEdges(TextOut& out, const VDArray<int>& edges) {
+void writeEdges(TextWriter& out, const VDArray<int>& edges) {
     const std::size_t count = edges.size() / 2;
-    out.text("\tsetAttr -s ");
+    out.append("\tsetAttr -s ");
     out.number(static_cast<long long>(count));
-    out.text(" \".ed\";\n");
+    out.append(" \".ed\";\n");
     forEachBlock(count, kEntriesPerBlock, [&](std::size_t start, std::size_t last) {
         blockHeader(out, ".ed", start, last, "\n");
         for (std::size_t i = start; i <= last; ++i) {
-            out.text(" ");
+            out.append(" ");
             out.number(edges[2 * i]);
-            out.text(" ");
+            out.append(" ");
             out.number(edges[2 * i + 1]);
-            out.text(" 0");
+            out.append(" 0");
         }
-        out.text(";\n");
+        out.append(";\n");
     });
 }
 
@@ -111,9 +111,9 @@ std::string buildMayaScene(const meshfile::Mesh& mesh, const MayaSceneOptions& o
     scene.pieces.push_back({0, 0, kUvCountMode | kUvDataMode});
     const std::size_t middle = kept.size();
     StringSink keptSink(kept);
-    TextOut out(keptSink);
-    out.text("\tsetAttr \".cuvs\" -type \"string\" \"map1\";\n");
-    out.text("\tsetAttr \".dcc\" -type \"string\" \"Ambient+Diffuse\";\n");
+    TextWriter out(keptSink, TextWriter::kCachedBufferSize);
+    out.append("\tsetAttr \".cuvs\" -type \"string\" \"map1\";\n");
+    out.append("\tsetAttr \".dcc\" -type \"string\" \"Ambient+Diffuse\";\n");
     writeVertices(out, mesh);
     writeEdges(out, scene.edges);
     out.flush();

@@ -6,7 +6,6 @@
 #include "bindings.h"
 
 #include "api/host_entry.h"
-#include "blend/blend_result.h"
 #include "bridge/vd_neq.h"
 #include "bridge/vd_neq_app.h"
 #include "foundation/vd_config_parser.h"
@@ -44,8 +43,9 @@ py::dict objExport(const std::string& base, const std::string& subdivided, const
                    int level) {
     std::vector<std::uint32_t> faceIds;
     errno = 0;
-    const float loaded = meshfile::loadFaceIds(base.c_str(), level, faceIds);
-    if (loaded == meshfile::kCannotOpenInputResult) throw PathError(base, lastError());
+    if (meshfile::loadFaceIds(base.c_str(), level, faceIds).status ==
+        meshfile::ReadStatus::CannotOpen)
+        throw PathError(base, lastError());
     if (faceIds.empty()) throw BadFile(base, "offset 32", "no face records in the first block");
     meshfile::ExportOutcome outcome;
     {
@@ -78,9 +78,9 @@ py::dict objExport(const std::string& base, const std::string& subdivided, const
 std::vector<std::string> uvTiles(const std::string& path) {
     meshfile::UvTileScan scan;
     errno = 0;
-    const float result = meshfile::listUvTiles(path.c_str(), scan);
-    if (result == meshfile::kUvFileCannotOpenResult) throw PathError(path, lastError());
-    if (result == meshfile::kNoUvBlockResult) failWithoutBlock(path, "UV");
+    const meshfile::ReadStatus status = meshfile::listUvTiles(path.c_str(), scan).status;
+    if (status == meshfile::ReadStatus::CannotOpen) throw PathError(path, lastError());
+    if (status == meshfile::ReadStatus::NoBlock) failWithoutBlock(path, "UV");
     std::vector<std::string> names;
     for (const meshfile::UV_tile& tile : scan.tiles)
         names.push_back(tile.name);
@@ -90,15 +90,12 @@ std::vector<std::string> uvTiles(const std::string& path) {
 std::vector<std::string> splitUvTiles(const std::string& path, const std::string& base) {
     std::vector<std::string> names;
     errno = 0;
-    const float result = meshfile::splitUvTiles(path.c_str(), base.c_str(), names);
-    if (result == meshfile::kSplitCannotOpenResult) throw PathError(path, lastError());
-    if (result == meshfile::kNoUvBlockResult) failWithoutBlock(path, "UV");
+    const meshfile::ReadOutcome result = meshfile::splitUvTiles(path.c_str(), base.c_str(), names);
+    if (result.status == meshfile::ReadStatus::CannotOpen) throw PathError(path, lastError());
+    if (result.status == meshfile::ReadStatus::NoBlock) failWithoutBlock(path, "UV");
     const std::string stem = meshfile::uvTileFileStem(base);
-    if (result > meshfile::kSplitCannotCreateBase)
-        throw PathError(
-            meshfile::uvTileFilePath(
-                stem, static_cast<std::size_t>(result - meshfile::kSplitCannotCreateBase) - 1),
-            lastError());
+    if (result.status == meshfile::ReadStatus::CannotWrite)
+        throw PathError(meshfile::uvTileFilePath(stem, result.count), lastError());
     std::vector<std::string> files;
     for (std::size_t k = 0; k < names.size(); ++k)
         files.push_back(meshfile::uvTileFilePath(stem, k));
@@ -107,10 +104,10 @@ std::vector<std::string> splitUvTiles(const std::string& path, const std::string
 
 std::size_t groupCount(const std::string& path) {
     errno = 0;
-    const float result = meshfile::countGroupsInFile(path.c_str());
-    if (result == meshfile::kGroupFileCannotOpenResult) throw PathError(path, lastError());
-    if (result == meshfile::kNoGroupBlockResult) failWithoutBlock(path, "group");
-    return static_cast<std::size_t>(result);
+    const meshfile::ReadOutcome result = meshfile::countGroupsInFile(path.c_str());
+    if (result.status == meshfile::ReadStatus::CannotOpen) throw PathError(path, lastError());
+    if (result.status == meshfile::ReadStatus::NoBlock) failWithoutBlock(path, "group");
+    return result.count;
 }
 
 // "line 12: reason" splits into where and reason; a refusal of the whole file is at 0.
@@ -144,9 +141,8 @@ py::dict weldUvs(const std::string& scene, const std::optional<std::string>& out
 
 [[noreturn]] void failBlendStep(float code, const std::string& base, const std::string& target,
                                 int error) {
-    if (code == blend::kTargetUnreadable) throw PathError(target, error);
-    if (code == blend::kBaseUnreadable || code == blend::kBaseUnwritable)
-        throw PathError(base, error);
+    if (code == api::kCannotOpenInput) throw PathError(target, error);
+    if (code == api::kBaseUnreadable || code == api::kBaseUnwritable) throw PathError(base, error);
     throw std::bad_alloc();
 }
 
@@ -157,11 +153,11 @@ void blendScene(const std::string& base, const std::vector<std::string>& targets
     for (const std::string& target : targets) {
         errno = 0;
         const float code = addBlend(target.c_str(), basePath.data());
-        if (code != blend::kBlendDone) failBlendStep(code, base, target, lastError());
+        if (code != api::kDone) failBlendStep(code, base, target, lastError());
     }
     errno = 0;
     const float code = finishBlend(basePath.c_str());
-    if (code != blend::kBlendDone) failBlendStep(code, base, "", lastError());
+    if (code != api::kDone) failBlendStep(code, base, "", lastError());
 }
 
 // A fresh registry per call, as `neqbridge name` starts from an empty one.

@@ -15,11 +15,11 @@
 #include <memory>
 
 using neq::api::guardedEntry;
+using neq::api::kCannotOpenOutput;
+using neq::api::kDone;
+using neq::api::kFailed;
 
 namespace {
-
-constexpr float kSourceUnreadable = -1.0f;
-constexpr float kDestinationUnwritable = -2.0f;
 
 // Appends the source's bytes and then its last byte once more (a zero byte for an
 // empty source): the copy loop host scripts grew up with wrote its holder again on
@@ -29,16 +29,16 @@ constexpr float kDestinationUnwritable = -2.0f;
 float appendWithRepeatedLastByte(const char* source, const char* destination) {
     std::vector<std::uint8_t> bytes;
     // A folder, FIFO or device counts as a source that cannot be opened.
-    if (!neq::readWholeFile(source, bytes)) return kSourceUnreadable;
+    if (!neq::readWholeFile(source, bytes)) return kFailed;
     neq::appendRepeatedLastByte(bytes);
     // Created if missing, never truncated; a FIFO nobody reads is refused, not waited on.
     std::string reason;
     neq::files::OwnedDescriptor file(neq::files::openFile(
         destination, O_WRONLY | O_CREAT | O_APPEND, neq::files::Kind::anyFile, reason));
-    if (!file.isOpen()) return kDestinationUnwritable;
+    if (!file.isOpen()) return kCannotOpenOutput;
     // As in the copy loop, a failed write is not reported: the entry returns 0.
     neq::files::writeAll(file.get(), reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    return 0.0f;
+    return kDone;
 }
 
 } // namespace
@@ -60,12 +60,12 @@ NEQBRIDGE_HOST_ENTRY endBlendFile(char* text, double, char*) {
 
 NEQBRIDGE_HOST_ENTRY clearUVString(char*, double, char*) {
     clearUVTileString();
-    return 0.0f;
+    return kDone;
 }
 
 NEQBRIDGE_HOST_ENTRY ClearNameSet(char*, double, char*) {
     NameSetClear();
-    return 0.0f;
+    return kDone;
 }
 
 // text: the proposed name; out: receives the unique name. The host passes both; a null
@@ -74,9 +74,9 @@ NEQBRIDGE_HOST_ENTRY ClearNameSet(char*, double, char*) {
 NEQBRIDGE_HOST_ENTRY CheckName(char* text, double, char* out) {
     return guardedEntry([&] {
         const std::unique_ptr<char[]> unique(NameCheck(text));
-        if (!unique) return neq::api::kInternalFailure;
+        if (!unique) return kFailed;
         if (out != nullptr) neq::api::copyToHost(out, unique.get());
-        return 0.0f;
+        return kDone;
     });
 }
 
@@ -88,59 +88,60 @@ NEQBRIDGE_HOST_ENTRY OpenFolder(char* text, double, char*) {
         // forget CloseFolder leave it open for good. A null path is a folder that
         // cannot be opened, so `folder` ends up null as after any failed open.
         folder = text ? ::opendir(text) : nullptr;
-        return folder ? 0.0f : -1.0f;
+        return folder ? kDone : kFailed;
     });
 }
 
 NEQBRIDGE_HOST_ENTRY GetFile(char*, double, char* out) {
     return guardedEntry([&] {
         // With nowhere to put the name, no entry is read, so none is lost.
-        if (folder == nullptr || out == nullptr) return -1.0f;
+        if (folder == nullptr || out == nullptr) return kFailed;
         const dirent* entry = ::readdir(folder);
         // At the end the stream stays open until CloseFolder.
-        if (entry == nullptr) return -3.0f;
+        if (entry == nullptr) return neq::api::kNoMoreFiles;
         neq::api::copyToHost(out, entry->d_name);
-        return 0.0f;
+        return kDone;
     });
 }
 
 NEQBRIDGE_HOST_ENTRY CloseFolder(char*, double, char*) {
     return guardedEntry([&] {
-        if (folder == nullptr) return -1.0f;
+        if (folder == nullptr) return kFailed;
         ::closedir(folder);
         folder = nullptr;
-        return 0.0f;
+        return kDone;
     });
 }
 
 NEQBRIDGE_HOST_ENTRY SetFolder(char* text, double, char*) {
-    return guardedEntry([&] { return text && ::chdir(text) == 0 ? 0.0f : -1.0f; });
+    return guardedEntry([&] { return text && ::chdir(text) == 0 ? kDone : kFailed; });
 }
 
 NEQBRIDGE_HOST_ENTRY FileDelete(char* text, double, char*) {
-    return guardedEntry([&] { return text ? static_cast<float>(std::remove(text)) : -1.0f; });
+    return guardedEntry([&] { return text ? static_cast<float>(std::remove(text)) : kFailed; });
 }
 
-// Success is 1 here, where every other entry uses 0; host scripts test for it.
+// Success is 1 here, and failure 0, where every other entry uses 0 for success; host
+// scripts test for it.
 NEQBRIDGE_HOST_ENTRY GetPublicFolder(char*, double, char* out) {
     return guardedEntry([&] {
         char* path = getSharedFolder();
-        if (path == nullptr) return 0.0f;
+        if (path == nullptr) return kDone;
         // The host learns of a null out only from the 0 result; nothing is copied then.
         if (out != nullptr) neq::api::copyToHost(out, path);
         delete[] path;
-        return out != nullptr ? 1.0f : 0.0f;
+        return out != nullptr ? neq::api::kFound : kDone;
     });
 }
 
 NEQBRIDGE_HOST_ENTRY CreateFolder(char* text, double, char*) {
-    return guardedEntry([&] { return createFolder(text) ? 0.0f : -1.0f; });
+    return guardedEntry([&] { return createFolder(text) ? kDone : kFailed; });
 }
 
 // text = source file, out = destination file (read as a path, not written to).
 NEQBRIDGE_HOST_ENTRY AddFile(char* text, double, char* out) {
     return guardedEntry([&] {
-        if (text == nullptr || out == nullptr) return 0.0f; // success by long-standing contract
+        if (text == nullptr || out == nullptr) return kDone; // success by long-standing contract
         return appendWithRepeatedLastByte(text, out);
     });
 }
@@ -150,12 +151,12 @@ NEQBRIDGE_HOST_ENTRY AddFile(char* text, double, char* out) {
 NEQBRIDGE_HOST_ENTRY NeQMergeUVs(char* text, double, char*) {
     return guardedEntry([&] {
         const VDString path(VDString(text).getValidFilePath());
-        if (!VDDiskServer::fileExists(path)) return -1.0f;
+        if (!VDDiskServer::fileExists(path)) return kFailed;
         bool merged = false;
         if (path.endsWith(".ma", true))
             merged = VDUVMergeAlgo::mergeUVsInMayaFile(path);
         else if (path.endsWith(".NeQ", true))
             merged = VDUVMergeAlgo::mergeUVsInNeQFile(path);
-        return merged ? 0.0f : -1.0f;
+        return merged ? kDone : kFailed;
     });
 }

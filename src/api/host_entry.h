@@ -5,6 +5,7 @@
 // the public interface, the one declaration of every entry, typed export and module
 // global.
 
+#include "api/result_codes.h"
 #include "foundation/export.h"
 
 // The standard and system headers the public interface needs come first, so that only
@@ -30,16 +31,13 @@
 
 namespace neq::api {
 
-// What an entry returns when the work below it throws (in practice only an
-// allocation failure): the host's generic failure code. No exception may unwind
-// into the host.
-constexpr float kInternalFailure = -1.0f;
-
+// Work that throws (in practice only an allocation failure) returns the host's generic
+// failure code: no exception may unwind into the host.
 template <class Operation> float guardedEntry(Operation&& operation) noexcept {
     try {
         return operation();
     } catch (...) {
-        return kInternalFailure;
+        return kFailed;
     }
 }
 

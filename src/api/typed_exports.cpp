@@ -7,7 +7,6 @@
 #include "blend/blend_scene.h"
 #include "meshfile/face_ids.h"
 #include "meshfile/groups.h"
-#include "meshfile/neq_file.h"
 #include "meshfile/obj_export.h"
 #include "meshfile/rgb_block.h"
 #include "meshfile/uv_tiles.h"
@@ -19,11 +18,9 @@
 #include <optional>
 
 using neq::api::guardedEntry;
+using neq::api::hostCode;
 
 namespace {
-
-// What the blend exports return for a null path, before touching anything.
-constexpr float kNullPath = -9.0f;
 
 std::uint8_t byte(char c) {
     return static_cast<std::uint8_t>(c);
@@ -32,36 +29,42 @@ std::uint8_t byte(char c) {
 } // namespace
 
 // --- NeQ mesh files -------------------------------------------------------------------
-// Each shell returns kInternalFailure (-1) if the work below throws (memory exhausted);
+// Each shell returns kFailed (-1) if the work below throws (memory exhausted);
 // the host's scripts treat any negative result as a failure.
 
 float GetFaceIDsNeq(const char* path, double level) {
-    return guardedEntry([&] { return neq::meshfile::loadFaceIds(path, level, faceID); });
+    return guardedEntry([&] {
+        return hostCode(neq::meshfile::loadFaceIds(path, level, faceID),
+                        neq::api::kCannotOpenInput);
+    });
 }
 
 float writeOBJfromNeq(const char* inPath, char* outPath) {
     return guardedEntry(
-        [&] { return neq::meshfile::exportObj(inPath, outPath, faceID).hostResult(); });
+        [&] { return hostCode(neq::meshfile::exportObj(inPath, outPath, faceID)); });
 }
 
 float ReadVertColorNeq(const char* path, char* outPath) {
-    return guardedEntry([&] { return neq::meshfile::exportColours(path, outPath).hostResult(); });
+    return guardedEntry([&] { return hostCode(neq::meshfile::exportColours(path, outPath)); });
 }
 
 float GetUVTile(const char* path, char* buffer) {
     return guardedEntry([&] {
         neq::meshfile::UvTileScan scan;
-        const float result = neq::meshfile::listUvTiles(path, scan);
+        const neq::meshfile::ReadOutcome listed = neq::meshfile::listUvTiles(path, scan);
         // The buffer is written only on success; a null one is skipped rather than
         // crashing the host.
-        if (result >= 0.0f && buffer != nullptr)
+        if (listed.status == neq::meshfile::ReadStatus::Done && buffer != nullptr)
             neq::api::copyToHost(buffer, scan.lastTileName.c_str());
-        return result;
+        return hostCode(listed, neq::api::kCountCannotOpen);
     });
 }
 
 float GetUVsFromNeQ(const char* path, char* base) {
-    return guardedEntry([&] { return neq::meshfile::splitUvTiles(path, base, UVTileStr); });
+    return guardedEntry([&] {
+        return hostCode(neq::meshfile::splitUvTiles(path, base, UVTileStr),
+                        neq::api::kCannotOpenInput);
+    });
 }
 
 void getUVTileString(int index, char* buffer) {
@@ -76,7 +79,9 @@ void clearUVTileString() {
 }
 
 float GetUVGroup(const char* path) {
-    return guardedEntry([&] { return neq::meshfile::countGroupsInFile(path); });
+    return guardedEntry([&] {
+        return hostCode(neq::meshfile::countGroupsInFile(path), neq::api::kCountCannotOpen);
+    });
 }
 
 unsigned int readUnInt(char b0, char b1, char b2, char b3) {
@@ -104,13 +109,14 @@ int readanInt(char b) {
 // host entries do, before the name list or any file is touched.
 
 float addBlend(const char* targetPath, char* basePath) {
-    if (targetPath == nullptr || basePath == nullptr) return kNullPath;
-    return guardedEntry([&] { return neq::blend::addBlend(targetPath, basePath, UVTileStr); });
+    if (targetPath == nullptr || basePath == nullptr) return neq::api::kNullPath;
+    return guardedEntry(
+        [&] { return hostCode(neq::blend::addBlend(targetPath, basePath, UVTileStr)); });
 }
 
 float finishBlend(const char* basePath) {
-    if (basePath == nullptr) return kNullPath;
-    return guardedEntry([&] { return neq::blend::finishBlend(basePath, UVTileStr); });
+    if (basePath == nullptr) return neq::api::kNullPath;
+    return guardedEntry([&] { return hostCode(neq::blend::finishBlend(basePath, UVTileStr)); });
 }
 
 // --- Folders and files ----------------------------------------------------------------

@@ -16,20 +16,28 @@
 
 namespace neq::blend {
 
+// What a blend step reports; the host entries turn it into their float codes.
+enum class BlendStatus {
+    Done,
+    TargetUnreadable, // the target scene cannot be opened for reading
+    BaseUnreadable,   // the base scene cannot be opened for reading
+    BaseUnwritable,   // the base scene cannot be written
+};
+
 // Records the target's name (its file name without folder and extension) in
 // `targetNames` first, whatever follows, then appends to the base scene the base's
 // last byte, the target scene's bytes and the target's last byte.
-// Returns kBlendDone, kBaseUnreadable, kTargetUnreadable or kBaseUnwritable
-// (blend/blend_result.h); on any failure the base scene is unchanged. A target name
-// that is not quotable (blend/node_name.h) gives kTargetUnreadable, a base name that
-// is not gives kBaseUnreadable, both before anything is recorded.
-float addBlend(const char* targetPath, const char* basePath, std::vector<std::string>& targetNames);
+// On any failure the base scene is unchanged. A target name that is not quotable
+// (blend/node_name.h) gives TargetUnreadable, a base name that is not gives
+// BaseUnreadable, both before anything is recorded.
+BlendStatus addBlend(const char* targetPath, const char* basePath,
+                     std::vector<std::string>& targetNames);
 
 // Appends to the base scene its last byte and the blend-shape statements for the
 // recorded targets, in recording order (blend/blend_statements.h). The names stay
-// recorded. Returns kBlendDone, kBaseUnreadable or kBaseUnwritable; on failure the
-// base scene is unchanged. A base or recorded name that is not quotable gives
-// kBaseUnreadable before the file is touched.
-float finishBlend(const char* basePath, const std::vector<std::string>& targetNames);
+// recorded. Returns Done, BaseUnreadable or BaseUnwritable; on failure the base scene
+// is unchanged. A base or recorded name that is not quotable gives BaseUnreadable
+// before the file is touched.
+BlendStatus finishBlend(const char* basePath, const std::vector<std::string>& targetNames);
 
 } // namespace neq::blend

@@ -1,6 +1,6 @@
 #include "blend/blend_statements.h"
 
-#include "foundation/number_format.h"
+#include "foundation/text_writer.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -120,13 +120,8 @@ struct Substitutions {
     std::int64_t index;
 };
 
-void appendInt(std::string& text, std::int64_t value) {
-    char digits[kMaxIntChars];
-    text.append(digits, formatInt(digits, value));
-}
-
-// Appends one line with its placeholders filled in and its newline.
-void appendLine(std::string& text, const char* line, const Substitutions& with) {
+// Writes one line with its placeholders filled in and its newline.
+void writeLine(TextWriter& out, const char* line, const Substitutions& with) {
     static constexpr std::string_view kBase = "<base>", kTarget = "<target>", kIndex = "<i>",
                                       kCount = "<count>", kLast = "<last>";
     for (const char* p = line; *p != '\0';) {
@@ -134,49 +129,49 @@ void appendLine(std::string& text, const char* line, const Substitutions& with) 
         if (*p != '<') {
             const char* next = std::strchr(p, '<');
             const std::size_t plain = next ? static_cast<std::size_t>(next - p) : rest.size();
-            text.append(p, plain);
+            out.append(p, plain);
             p += plain;
         } else if (rest.compare(0, kBase.size(), kBase) == 0) {
-            text += with.base, p += kBase.size();
+            out.append(with.base), p += kBase.size();
         } else if (with.target && rest.compare(0, kTarget.size(), kTarget) == 0) {
-            text += *with.target, p += kTarget.size();
+            out.append(*with.target), p += kTarget.size();
         } else if (with.target && rest.compare(0, kIndex.size(), kIndex) == 0) {
-            appendInt(text, with.index), p += kIndex.size();
+            out.number(with.index), p += kIndex.size();
         } else if (rest.compare(0, kCount.size(), kCount) == 0) {
-            appendInt(text, with.count), p += kCount.size();
+            out.number(with.count), p += kCount.size();
         } else if (rest.compare(0, kLast.size(), kLast) == 0) {
-            appendInt(text, with.count - 1), p += kLast.size();
+            out.number(with.count - 1), p += kLast.size();
         } else {
-            text += *p++;
+            out.put(*p++);
         }
     }
-    text += '\n';
+    out.put('\n');
 }
 
 // "setAttr -s 2 ".w[0:1]"  0  0 ;": every weight starts at 0.
-void appendWeights(std::string& text, const Substitutions& with) {
-    text += "setAttr -s ";
-    appendInt(text, with.count);
-    text += " \".w[0:";
-    appendInt(text, with.count - 1);
-    text += "]\"";
+void writeWeights(TextWriter& out, const Substitutions& with) {
+    out.append("setAttr -s ");
+    out.number(with.count);
+    out.append(" \".w[0:");
+    out.number(with.count - 1);
+    out.append("]\"");
     for (std::int64_t i = 0; i < with.count; ++i)
-        text += "  0";
-    text += " ;\n";
+        out.append("  0");
+    out.append(" ;\n");
 }
 
 // Each weight takes its target's name: {"A","weight[0]",<newline>"B","weight[1]"};
-void appendAliases(std::string& text, const std::vector<std::string>& targetNames) {
-    text += R"(setAttr ".aal" -type "attributeAlias" {)";
+void writeAliases(TextWriter& out, const std::vector<std::string>& targetNames) {
+    out.append(R"(setAttr ".aal" -type "attributeAlias" {)");
     for (std::size_t i = 0; i < targetNames.size(); ++i) {
-        if (i != 0) text += ",\n";
-        text += '"';
-        text += targetNames[i];
-        text += R"(","weight[)";
-        appendInt(text, static_cast<std::int64_t>(i));
-        text += "]\"";
+        if (i != 0) out.append(",\n");
+        out.put('"');
+        out.append(targetNames[i]);
+        out.append(R"(","weight[)");
+        out.number(static_cast<long long>(i));
+        out.append("]\"");
     }
-    text += "};\n";
+    out.append("};\n");
 }
 
 } // namespace
@@ -191,17 +186,19 @@ void appendBlendStatements(std::string& text, const std::string& baseName,
     for (const std::string& name : targetNames)
         estimate += 900 + 24 * name.size();
     text.reserve(text.size() + estimate);
+    StringSink sink(text);
+    TextWriter out(sink, TextWriter::kCachedBufferSize);
     for (std::size_t line = 0; line < kLineCount;) {
         switch (kLines[line].repeat) {
         case Repeat::once:
-            appendLine(text, kLines[line++].text, once);
+            writeLine(out, kLines[line++].text, once);
             break;
         case Repeat::weights:
-            appendWeights(text, once);
+            writeWeights(out, once);
             ++line;
             break;
         case Repeat::aliases:
-            appendAliases(text, targetNames);
+            writeAliases(out, targetNames);
             ++line;
             break;
         case Repeat::perTarget: {
@@ -212,13 +209,14 @@ void appendBlendStatements(std::string& text, const std::string& baseName,
                 const Substitutions perTarget{baseName, count, &targetNames[i],
                                               static_cast<std::int64_t>(i)};
                 for (std::size_t member = line; member < groupEnd; ++member)
-                    appendLine(text, kLines[member].text, perTarget);
+                    writeLine(out, kLines[member].text, perTarget);
             }
             line = groupEnd;
             break;
         }
         }
     }
+    out.flush();
 }
 
 } // namespace neq::blend

@@ -3,7 +3,7 @@
 #include "interchange/mesh.h"
 
 #include "foundation/file_io.h"
-#include "uvmerge/text_out.h"
+#include "foundation/text_writer.h"
 
 #include <cerrno>
 #include <exception>
@@ -33,9 +33,9 @@ template <class Write> void replaceWithOrFail(const std::string& path, bool dura
     std::string reason;
     std::exception_ptr refused;
     errno = 0;
-    const auto writeFile = [&write, &refused](int fd) {
+    const auto writeFile = [&write, &refused, durable](int fd) {
         try {
-            uvmerge::FileSink sink(fd);
+            FileSink sink(fd, durable);
             return write(sink);
         } catch (...) {
             refused = std::current_exception();
@@ -64,7 +64,7 @@ Mesh readMeshFile(const std::string& path, ReadReport* report) {
 
 void writeNeqFile(const std::string& path, const MeshView& mesh, const WriteOptions& options) {
     // Written straight from the arrays, with no copy of the file.
-    replaceWithOrFail(path, options.durable, [&mesh](uvmerge::FileSink& sink) {
+    replaceWithOrFail(path, options.durable, [&mesh](FileSink& sink) {
         return writeNeqTo(mesh, [&sink](const void* data, std::size_t size) {
             return sink.write(static_cast<const char*>(data), size);
         });
@@ -77,7 +77,7 @@ void writeMeshFile(const std::string& path, const Mesh& mesh, const WriteOptions
         writeNeqFile(path, mesh, options);
         return;
     case Format::obj:
-        replaceWithOrFail(path, options.durable, [&mesh](uvmerge::FileSink& sink) {
+        replaceWithOrFail(path, options.durable, [&mesh](FileSink& sink) {
             return writeObjTo(mesh, [&sink](const char* data, std::size_t size) {
                 return sink.write(data, size);
             });

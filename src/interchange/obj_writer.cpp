@@ -3,8 +3,8 @@
 
 #include "interchange/mesh.h"
 
+#include "foundation/text_writer.h"
 #include "platform/system_hints.h"
-#include "uvmerge/text_out.h"
 
 #include <charconv>
 #include <cstring>
@@ -84,7 +84,7 @@ class UvNumbers {
 
 // One texture coordinate per distinct value (by its bits, so -0 and 0 stay apart),
 // numbered from 1 in the order the faces meet them; one number per face corner.
-std::vector<std::uint32_t> numberUvs(const Mesh& mesh, uvmerge::TextOut& text) {
+std::vector<std::uint32_t> numberUvs(const Mesh& mesh, TextWriter& text) {
     std::vector<std::uint32_t> numbers(mesh.faceCount() * 4, 0);
     if (mesh.uvs.empty()) return numbers;
     UvNumbers numberOf(mesh.faceCount() * 4);
@@ -94,11 +94,11 @@ std::vector<std::uint32_t> numberUvs(const Mesh& mesh, uvmerge::TextOut& text) {
             const float* uv = &mesh.uvs[(face * 4 + static_cast<std::size_t>(corner)) * 2];
             const auto found = numberOf.find(bitsOf(uv));
             if (found.second) {
-                char* p = text.room(64);
+                char* p = text.reserve(64);
                 std::memcpy(p, "vt", 2);
                 p = putFloat(putFloat(p + 2, uv[0]), uv[1]);
                 *p++ = '\n';
-                text.advance(p);
+                text.commit(p);
             }
             numbers[face * 4 + static_cast<std::size_t>(corner)] = found.first;
         }
@@ -111,11 +111,11 @@ std::vector<std::uint32_t> numberUvs(const Mesh& mesh, uvmerge::TextOut& text) {
 namespace {
 
 // False when the sink refused the text.
-bool writeObjText(const Mesh& mesh, uvmerge::TextSink& sink) {
-    uvmerge::TextOut text(sink);
+bool writeObjText(const Mesh& mesh, TextSink& sink) {
+    TextWriter text(sink, TextWriter::kCachedBufferSize);
     const bool colours = !mesh.colors.empty();
     for (std::size_t v = 0; v < mesh.vertexCount(); ++v) {
-        char* p = text.room(8 * kMaxFloatChars);
+        char* p = text.reserve(8 * kMaxFloatChars);
         *p++ = 'v';
         for (int axis = 0; axis < 3; ++axis)
             p = putFloat(p, mesh.positions[v * 3 + static_cast<std::size_t>(axis)]);
@@ -123,13 +123,13 @@ bool writeObjText(const Mesh& mesh, uvmerge::TextSink& sink) {
             for (int channel = 0; channel < 3; ++channel)
                 p = putColour(p, mesh.colors[v * 3 + static_cast<std::size_t>(channel)]);
         *p++ = '\n';
-        text.advance(p);
+        text.commit(p);
     }
     const std::vector<std::uint32_t> uvNumbers = numberUvs(mesh, text);
     const bool uvs = !mesh.uvs.empty();
     const bool groups = !mesh.groups.empty();
     for (std::size_t face = 0; face < mesh.faceCount(); ++face) {
-        char* p = text.room(160);
+        char* p = text.reserve(160);
         if (groups && (face == 0 || mesh.groups[face] != mesh.groups[face - 1])) {
             static const char kGroup[] = "g polygroup_";
             std::memcpy(p, kGroup, sizeof kGroup - 1);
@@ -148,13 +148,13 @@ bool writeObjText(const Mesh& mesh, uvmerge::TextSink& sink) {
             }
         }
         *p++ = '\n';
-        text.advance(p);
+        text.commit(p);
     }
     return text.flush();
 }
 
 // Hands the text to a put function.
-class PutSink final : public uvmerge::TextSink {
+class PutSink final : public TextSink {
   public:
     explicit PutSink(const std::function<bool(const char*, std::size_t)>& put) : put_(put) {}
     bool write(const char* data, std::size_t size) override { return put_(data, size); }
@@ -170,7 +170,7 @@ std::string writeObj(const Mesh& mesh) {
     std::string out; // large pages: filling a fresh string page by page costs more than the text
     platform::reserveLarge(out, mesh.vertexCount() * (mesh.colors.empty() ? 40 : 75) +
                                     mesh.faceCount() * (mesh.uvs.empty() ? 30 : 80));
-    uvmerge::StringSink sink(out);
+    StringSink sink(out);
     writeObjText(mesh, sink);
     return out;
 }

@@ -3,8 +3,8 @@
 
 #include "interchange/uv_layout.h"
 
+#include "foundation/text_writer.h"
 #include "meshfile/uv_tiles.h"
-#include "uvmerge/text_out.h"
 
 #include <algorithm>
 #include <charconv>
@@ -30,20 +30,20 @@ const char* colourOf(std::int16_t group) {
     return kPalette[index < 0 ? index + static_cast<int>(kPaletteSize) : index];
 }
 
-void put(uvmerge::TextOut& out, const std::string& text) {
+void put(TextWriter& out, const std::string& text) {
     out.append(text);
 }
 
 // A coordinate to five decimals, trailing zeros dropped: 1/100000 of a tile.
-void putNumber(uvmerge::TextOut& out, double value) {
-    char* p = out.room(48);
+void putNumber(TextWriter& out, double value) {
+    char* p = out.reserve(48);
     if (!(value == value) || value > 1e9 || value < -1e9) value = 0; // NaN or far away
     value += 0.0;                                                    // no "-0"
     p = std::to_chars(p, p + 48, value, std::chars_format::fixed, 5).ptr;
     while (p[-1] == '0')
         --p;
     if (p[-1] == '.') --p;
-    out.advance(p);
+    out.commit(p);
 }
 
 } // namespace
@@ -81,67 +81,67 @@ std::string uvLayoutSvg(const Mesh& mesh) {
     left -= margin, top -= margin, right += margin, bottom += margin;
 
     std::string svg;
-    uvmerge::StringSink sink(svg);
-    uvmerge::TextOut out(sink);
-    out.text("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-             "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"");
+    StringSink sink(svg);
+    TextWriter out(sink, TextWriter::kCachedBufferSize);
+    out.append("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+               "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"");
     putNumber(out, left);
-    out.text(" ");
+    out.append(" ");
     putNumber(out, top);
-    out.text(" ");
+    out.append(" ");
     putNumber(out, right - left);
-    out.text(" ");
+    out.append(" ");
     putNumber(out, bottom - top);
-    out.text("\" width=\"");
+    out.append("\" width=\"");
     putNumber(out, std::min((right - left) * kPixelsPerUnit, 8192.0));
-    out.text("\" height=\"");
+    out.append("\" height=\"");
     putNumber(out, std::min((bottom - top) * kPixelsPerUnit, 8192.0));
-    out.text("\">\n<rect x=\"");
+    out.append("\">\n<rect x=\"");
     putNumber(out, left);
-    out.text("\" y=\"");
+    out.append("\" y=\"");
     putNumber(out, top);
-    out.text("\" width=\"100%\" height=\"100%\" fill=\"white\"/>\n"
-             "<g fill=\"none\" stroke=\"#999\" stroke-width=\"1\" "
-             "vector-effect=\"non-scaling-stroke\">\n");
+    out.append("\" width=\"100%\" height=\"100%\" fill=\"white\"/>\n"
+               "<g fill=\"none\" stroke=\"#999\" stroke-width=\"1\" "
+               "vector-effect=\"non-scaling-stroke\">\n");
     for (const auto& [u, v] : tiles) {
-        out.text("<rect x=\"");
+        out.append("<rect x=\"");
         out.number(u);
-        out.text("\" y=\"");
+        out.append("\" y=\"");
         out.number(-static_cast<long long>(v) - 1);
-        out.text("\" width=\"1\" height=\"1\" vector-effect=\"non-scaling-stroke\"/>\n");
+        out.append("\" width=\"1\" height=\"1\" vector-effect=\"non-scaling-stroke\"/>\n");
     }
-    out.text("</g>\n<g font-family=\"sans-serif\" font-size=\"0.05\" fill=\"#666\">\n");
+    out.append("</g>\n<g font-family=\"sans-serif\" font-size=\"0.05\" fill=\"#666\">\n");
     for (const auto& [u, v] : tiles) {
-        out.text("<text x=\"");
+        out.append("<text x=\"");
         putNumber(out, u + 0.02);
-        out.text("\" y=\"");
+        out.append("\" y=\"");
         putNumber(out, -static_cast<double>(v) - 1 + 0.07);
-        out.text("\">");
+        out.append("\">");
         put(out, meshfile::uvTileName(u, v));
-        out.text("</text>\n");
+        out.append("</text>\n");
     }
-    out.text("</g>\n<g fill-opacity=\"0.45\" stroke=\"#222\" stroke-width=\"0.5\" "
-             "stroke-linejoin=\"round\">\n");
+    out.append("</g>\n<g fill-opacity=\"0.45\" stroke=\"#222\" stroke-width=\"0.5\" "
+               "stroke-linejoin=\"round\">\n");
     for (const auto& [group, faces] : groups) {
-        out.text("<path vector-effect=\"non-scaling-stroke\" fill=\"");
+        out.append("<path vector-effect=\"non-scaling-stroke\" fill=\"");
         put(out, colourOf(group));
-        out.text("\" data-polygroup=\"");
+        out.append("\" data-polygroup=\"");
         out.number(group);
-        out.text("\" d=\"");
+        out.append("\" d=\"");
         for (std::size_t face : faces) {
             const int corners = mesh.isTriangle(face) ? 3 : 4;
             for (int corner = 0; corner < corners; ++corner) {
                 const float* uv = &mesh.uvs[face * 8 + static_cast<std::size_t>(corner) * 2];
-                out.text(corner == 0 ? "M" : "L");
+                out.append(corner == 0 ? "M" : "L");
                 putNumber(out, uv[0]);
-                out.text(" ");
+                out.append(" ");
                 putNumber(out, -static_cast<double>(uv[1]));
             }
-            out.text("Z");
+            out.append("Z");
         }
-        out.text("\"/>\n");
+        out.append("\"/>\n");
     }
-    out.text("</g>\n</svg>\n");
+    out.append("</g>\n</svg>\n");
     out.flush();
     return svg;
 }

@@ -40,11 +40,11 @@ std::size_t readFaceIds(const NeqView& file, double level, std::vector<std::uint
     return faceIds.size();
 }
 
-float loadFaceIds(const char* path, double level, std::vector<std::uint32_t>& faceIds) {
+ReadOutcome loadFaceIds(const char* path, double level, std::vector<std::uint32_t>& faceIds) {
     faceIds.clear();
     NeqBytes bytes;
-    if (!loadNeqFile(path, bytes)) return kCannotOpenResult;
-    return static_cast<float>(readFaceIds(NeqView(bytes), level, faceIds));
+    if (!loadNeqFile(path, bytes)) return {ReadStatus::CannotOpen};
+    return {ReadStatus::Done, readFaceIds(NeqView(bytes), level, faceIds)};
 }
 
 } // namespace neq::meshfile

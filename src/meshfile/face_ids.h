@@ -18,8 +18,8 @@ std::uint32_t subdivisionMultiplier(double level);
 // number of entries.
 std::size_t readFaceIds(const NeqView& file, double level, std::vector<std::uint32_t>& faceIds);
 
-// Empties `faceIds`, then loads the file and reads its face IDs. Returns the number of
-// entries as a float, or -1760 when the file cannot be opened (`faceIds` stays empty).
-float loadFaceIds(const char* path, double level, std::vector<std::uint32_t>& faceIds);
+// Empties `faceIds`, then loads the file and reads its face IDs. Returns Done with the
+// number of entries, or CannotOpen (`faceIds` stays empty).
+ReadOutcome loadFaceIds(const char* path, double level, std::vector<std::uint32_t>& faceIds);
 
 } // namespace neq::meshfile

@@ -21,11 +21,12 @@ std::optional<std::size_t> countDistinctGroups(const NeqView& file) {
     return seen->count();
 }
 
-float countGroupsInFile(const char* path) {
+ReadOutcome countGroupsInFile(const char* path) {
     NeqBytes bytes;
-    if (!loadNeqFile(path, bytes)) return kCountCannotOpenResult;
+    if (!loadNeqFile(path, bytes)) return {ReadStatus::CannotOpen};
     const std::optional<std::size_t> groups = countDistinctGroups(NeqView(bytes));
-    return groups ? static_cast<float>(*groups) : kNoBlockResult;
+    if (!groups) return {ReadStatus::NoBlock};
+    return {ReadStatus::Done, *groups};
 }
 
 } // namespace neq::meshfile

@@ -14,8 +14,8 @@ namespace neq::meshfile {
 // count that claims more records than the buffer holds is clamped to those present.
 std::optional<std::size_t> countDistinctGroups(const NeqView& file);
 
-// Loads the file and counts its groups. Returns the count, -17 when the file cannot be
-// opened, -18 when it has no group block.
-float countGroupsInFile(const char* path);
+// Loads the file and counts its groups. Returns Done with the count, CannotOpen, or
+// NoBlock when it has no group block.
+ReadOutcome countGroupsInFile(const char* path);
 
 } // namespace neq::meshfile

@@ -13,28 +13,21 @@
 
 namespace neq::meshfile {
 
-// The float codes the mesh-file readers hand to the host, one name each. The host's
-// scripts compare against these exact values.
-constexpr float kWrittenResult = 0.0f;
-// The counting readers (UV tile listing, group count) report an unreadable file so.
-constexpr float kCountCannotOpenResult = -17.0f;
-// The block a reader needs is missing (UV, group), or, for the OBJ export, the face-ID
-// list is empty.
-constexpr float kNoBlockResult = -18.0f;
-// Every other reader reports an unreadable input so.
-constexpr float kCannotOpenResult = -1760.0f;
-constexpr float kCannotOpenOutputResult = -2.0f;
-// A block tag expected where the file has fewer than four bytes left. A tag that was
-// found converts to a non-negative float, so this code never reads as a found tag.
-constexpr float kTagPastEndResult = -1.0f;
-// Earlier names of the codes above, for code outside the library that still spells
-// them so; new code uses the names above.
-constexpr float kCannotOpenInputResult = kCannotOpenResult;
-constexpr float kSplitCannotOpenResult = kCannotOpenResult;
-constexpr float kUvFileCannotOpenResult = kCountCannotOpenResult;
-constexpr float kGroupFileCannotOpenResult = kCountCannotOpenResult;
-constexpr float kNoUvBlockResult = kNoBlockResult;
-constexpr float kNoGroupBlockResult = kNoBlockResult;
+// What a reader that loads a NeQ file itself reports; the host entries turn it into
+// their float codes.
+enum class ReadStatus {
+    Done,
+    CannotOpen,  // the file cannot be opened or read
+    NoBlock,     // the block the reader needs (UV, group) is missing
+    CannotWrite, // an output file cannot be created or written (the UV split)
+};
+
+struct ReadOutcome {
+    ReadStatus status = ReadStatus::Done;
+    // Done: the entries, tiles or groups found. CannotWrite: the 0-based position of the
+    // tile file that failed.
+    std::size_t count = 0;
+};
 
 constexpr std::size_t kFileHeaderSize = 32;
 constexpr std::size_t kBlockHeaderSize = 16;

@@ -1,7 +1,7 @@
 #include "meshfile/obj_export.h"
 
 #include "foundation/number_format.h"
-#include "foundation/output_file.h"
+#include "foundation/text_writer.h"
 #include "meshfile/neq_file.h"
 #include "meshfile/rgb_block.h"
 
@@ -9,24 +9,6 @@
 #include <string_view>
 
 namespace neq::meshfile {
-
-float ExportOutcome::hostResult() const {
-    switch (status) {
-    case ExportStatus::Written:
-        return kWrittenResult;
-    case ExportStatus::NoFaceIds:
-        return kNoBlockResult;
-    case ExportStatus::CannotOpenInput:
-        return kCannotOpenResult;
-    case ExportStatus::CannotOpenOutput:
-    case ExportStatus::WriteFailed:
-        // The host knows one output failure; a file it cannot rely on is one.
-        return kCannotOpenOutputResult;
-    case ExportStatus::TagMismatch:
-        return mismatch.found ? static_cast<float>(*mismatch.found) : kTagPastEndResult;
-    }
-    return kTagPastEndResult;
-}
 
 std::string describeFoundTag(std::optional<std::uint32_t> found) {
     if (!found) return "the end of the file";
@@ -48,7 +30,7 @@ char* putText(char* out, std::string_view text) {
     return out + text.size();
 }
 
-void writeCommentLine(OutputFile& out, std::string_view prefix, std::int64_t value) {
+void writeCommentLine(TextWriter& out, std::string_view prefix, std::int64_t value) {
     char* p = putText(out.reserve(kMaxCommentLine), prefix);
     p = formatInt(p, value);
     *p++ = '\n';
@@ -66,7 +48,7 @@ bool expectTag(const NeqView& file, std::optional<std::uint64_t> offset, std::ui
     return false;
 }
 
-void writeVertices(OutputFile& out, const NeqView& file, std::uint64_t count) {
+void writeVertices(TextWriter& out, const NeqView& file, std::uint64_t count) {
     std::size_t record = kFirstBlockRecordsOffset;
     for (std::uint64_t i = 0; i < count; ++i, record += kVertexRecordSize) {
         char* p = out.reserve(kMaxVertexLine);
@@ -83,7 +65,7 @@ void writeVertices(OutputFile& out, const NeqView& file, std::uint64_t count) {
 // Indices are widened before the 1 is added so that the largest index cannot wrap.
 // A negative fourth index marks a triangle, whose line keeps the space after the
 // third index.
-void writeFaces(OutputFile& out, const NeqView& file, std::size_t record, std::uint64_t count) {
+void writeFaces(TextWriter& out, const NeqView& file, std::size_t record, std::uint64_t count) {
     for (std::uint64_t i = 0; i < count; ++i, record += kFaceRecordSize) {
         char* p = out.reserve(kMaxFaceLine);
         *p++ = 'f';
@@ -102,7 +84,7 @@ void writeFaces(OutputFile& out, const NeqView& file, std::size_t record, std::u
 // Group i holds faceIds[i] records. The face block's end (as its length claims) is
 // checked only before each group, so a group may read on past the block; it never
 // reads past the file: a group that runs out of records ends the export there.
-void writeFaceGroups(OutputFile& out, const NeqView& file, std::uint64_t faceBlock,
+void writeFaceGroups(TextWriter& out, const NeqView& file, std::uint64_t faceBlock,
                      const std::vector<std::uint32_t>& faceIds, ExportOutcome& outcome) {
     const std::uint32_t blockLength = file.u32(faceBlock + kBlockLengthOffset).value_or(0);
     const std::uint64_t blockEnd = faceBlock + blockLength;
@@ -152,24 +134,31 @@ ExportOutcome exportObj(const NeqView& file, const char* outPath,
     const std::int32_t faceCountField =
         colourBlock ? file.i32(*colourBlock + kBlockLengthOffset).value_or(0) : 0;
 
-    OutputFile out(textBufferSizeFor(file));
-    if (!out.open(outPath, "wb")) {
+    FileSink output;
+    if (!output.open(outPath)) {
         outcome.status = ExportStatus::CannotOpenOutput;
         return outcome;
     }
-    out.append("# File exported by Clayvo plugin\n");
-    writeCommentLine(out, "#Vertex count ", static_cast<std::int64_t>(outcome.vertices));
-    writeCommentLine(out, "#Face count ", faceCountField);
-    writeVertices(out, file, outcome.vertices);
-    if (!expectTag(file, colourBlock, kColourTag, outcome)) return outcome;
+    TextWriter out(output, textBufferSizeFor(file));
+    // Stops at a tag mismatch; what was written up to it still reaches the file below.
+    const auto writeText = [&] {
+        out.append("# File exported by Clayvo plugin\n");
+        writeCommentLine(out, "#Vertex count ", static_cast<std::int64_t>(outcome.vertices));
+        writeCommentLine(out, "#Face count ", faceCountField);
+        writeVertices(out, file, outcome.vertices);
+        if (!expectTag(file, colourBlock, kColourTag, outcome)) return;
 
-    // A count that lies past the end leaves no colours to write and no face block.
-    outcome.colours =
-        writeRgbBlock(out, file, *colourBlock + kBlockHeaderSize, layout.colourCount.value_or(0));
-    if (!expectTag(file, layout.faceBlock, kFaceTag, outcome)) return outcome;
+        // A count that lies past the end leaves no colours to write and no face block.
+        outcome.colours = writeRgbBlock(out, file, *colourBlock + kBlockHeaderSize,
+                                        layout.colourCount.value_or(0));
+        if (!expectTag(file, layout.faceBlock, kFaceTag, outcome)) return;
 
-    writeFaceGroups(out, file, *layout.faceBlock, faceIds, outcome);
-    if (!out.close()) outcome.status = ExportStatus::WriteFailed;
+        writeFaceGroups(out, file, *layout.faceBlock, faceIds, outcome);
+    };
+    writeText();
+    const bool saved = out.flush() && output.close();
+    if (!saved && outcome.status == ExportStatus::Written)
+        outcome.status = ExportStatus::WriteFailed;
     return outcome;
 }
 

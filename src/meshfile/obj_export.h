@@ -38,10 +38,6 @@ struct ExportOutcome {
     std::uint64_t colours = 0;
     std::uint64_t faces = 0;
     std::uint64_t faceGroups = 0;
-
-    // 0, -18, -1760, -2 (also for a failed write), or the tag found converted to float
-    // (-1 when it lay past the end).
-    float hostResult() const;
 };
 
 // An outcome that reached no output: the early failures.

@@ -31,13 +31,13 @@ char* putHexByte(char* out, std::uint8_t value) {
 std::size_t textBufferSizeFor(const NeqView& input) {
     constexpr std::size_t kTextPerInputByte = 8;
     constexpr std::size_t kSmallest = 4096; // well above the longest line written
-    const std::size_t wanted = input.size() < OutputFile::kDefaultBufferSize / kTextPerInputByte
+    const std::size_t wanted = input.size() < TextWriter::kDefaultBufferSize / kTextPerInputByte
                                    ? input.size() * kTextPerInputByte
-                                   : OutputFile::kDefaultBufferSize;
+                                   : TextWriter::kDefaultBufferSize;
     return wanted < kSmallest ? kSmallest : wanted;
 }
 
-std::uint64_t writeRgbBlock(OutputFile& out, const NeqView& file, std::uint64_t recordsOffset,
+std::uint64_t writeRgbBlock(TextWriter& out, const NeqView& file, std::uint64_t recordsOffset,
                             std::uint64_t count) {
     // A count claiming more records than the file holds stops at the file's end.
     const std::uint64_t records = file.recordsThatFit(recordsOffset, count, kColourRecordSize);
@@ -69,13 +69,14 @@ std::uint64_t writeRgbBlock(OutputFile& out, const NeqView& file, std::uint64_t 
 }
 
 ExportOutcome exportColours(const NeqView& file, const char* outPath) {
-    OutputFile out(textBufferSizeFor(file));
-    if (!out.open(outPath, "wb")) return outcomeOf(ExportStatus::CannotOpenOutput);
+    FileSink output;
+    if (!output.open(outPath)) return outcomeOf(ExportStatus::CannotOpenOutput);
+    TextWriter out(output, textBufferSizeFor(file));
     ExportOutcome outcome;
     // A file too short to hold the count has no colours to write.
     const std::uint32_t count = file.u32(kFirstBlockCountOffset).value_or(0);
     outcome.colours = writeRgbBlock(out, file, kFirstBlockRecordsOffset, count);
-    if (!out.close()) outcome.status = ExportStatus::WriteFailed;
+    if (!out.flush() || !output.close()) outcome.status = ExportStatus::WriteFailed;
     return outcome;
 }
 

@@ -3,7 +3,7 @@
 // The "RGB block": vertex colours as comment lines of up to 32 " rrggbb" entries,
 // carried by OBJ files and written on its own by the colour export.
 
-#include "foundation/output_file.h"
+#include "foundation/text_writer.h"
 #include "meshfile/neq_file.h"
 #include "meshfile/obj_export.h"
 
@@ -18,7 +18,7 @@ std::size_t textBufferSizeFor(const NeqView& input);
 
 // Writes the block for `count` colour records starting at `recordsOffset`, stopping
 // at the last record that lies wholly in the file. Returns the records written.
-std::uint64_t writeRgbBlock(OutputFile& out, const NeqView& file, std::uint64_t recordsOffset,
+std::uint64_t writeRgbBlock(TextWriter& out, const NeqView& file, std::uint64_t recordsOffset,
                             std::uint64_t count);
 
 // Writes the RGB block of the block at offset 32 (read as a colour block whatever its

@@ -75,13 +75,13 @@ std::optional<UvTileScan> scanUvTiles(const NeqView& file) {
     return scan;
 }
 
-float listUvTiles(const char* path, UvTileScan& scan) {
+ReadOutcome listUvTiles(const char* path, UvTileScan& scan) {
     NeqBytes bytes;
-    if (!loadNeqFile(path, bytes)) return kCountCannotOpenResult;
+    if (!loadNeqFile(path, bytes)) return {ReadStatus::CannotOpen};
     std::optional<UvTileScan> found = scanUvTiles(NeqView(bytes));
-    if (!found) return kNoBlockResult;
+    if (!found) return {ReadStatus::NoBlock};
     scan = std::move(*found);
-    return static_cast<float>(scan.tiles.size());
+    return {ReadStatus::Done, scan.tiles.size()};
 }
 
 } // namespace neq::meshfile
@@ -93,7 +93,7 @@ constexpr std::size_t kPairSize = 8;
 constexpr std::size_t kPairsPerRecord = kUvRecordSize / kPairSize;
 // Pairs handed to the output buffer at a time; well under its size.
 constexpr std::size_t kPairsPerChunk = 64 * 1024;
-static_assert(kPairsPerChunk * kPairSize <= OutputFile::kDefaultBufferSize);
+static_assert(kPairsPerChunk * kPairSize <= TextWriter::kDefaultBufferSize);
 
 // A pair outside the tile being written.
 const std::array<std::uint8_t, kPairSize> kOutsidePair = [] {
@@ -155,8 +155,9 @@ NeqBytes UvTileSplit::tileImage(std::size_t k) const {
     return image; // the closing 16 bytes are already zero
 }
 
-bool UvTileSplit::writeTileFile(std::size_t k, const char* path, OutputFile& out) const {
-    if (!out.open(path, "wb")) return false;
+bool UvTileSplit::writeTileFile(std::size_t k, const char* path, FileSink& file,
+                                TextWriter& out) const {
+    if (!file.open(path)) return false;
     out.append(file_.data(), prefixSize_);
     for (std::size_t first = 0; first < pairLocal_.size(); first += kPairsPerChunk) {
         const std::size_t count = std::min(kPairsPerChunk, pairLocal_.size() - first);
@@ -165,17 +166,20 @@ bool UvTileSplit::writeTileFile(std::size_t k, const char* path, OutputFile& out
         out.commit(chunk + count * kPairSize);
     }
     out.append(kEndBlock, sizeof kEndBlock);
-    return out.close();
+    return out.flush() && file.close();
 }
 
-float UvTileSplit::writeTileFiles(const std::string& stem, std::vector<std::string>& names) const {
-    OutputFile out;
+ReadOutcome UvTileSplit::writeTileFiles(const std::string& stem,
+                                        std::vector<std::string>& names) const {
+    // One buffer for every tile file.
+    FileSink file;
+    TextWriter out(file);
     for (std::size_t k = 0; k < tiles_.size(); ++k) {
-        if (!writeTileFile(k, uvTileFilePath(stem, k).c_str(), out))
-            return kSplitCannotCreateBase + static_cast<float>(k + 1);
+        if (!writeTileFile(k, uvTileFilePath(stem, k).c_str(), file, out))
+            return {ReadStatus::CannotWrite, k};
         names.push_back(tiles_[k].name);
     }
-    return static_cast<float>(tiles_.size());
+    return {ReadStatus::Done, tiles_.size()};
 }
 
 std::string uvTileFileStem(const std::string& base) {
@@ -189,13 +193,14 @@ std::string uvTileFilePath(const std::string& stem, std::size_t position) {
     return stem + std::string(digits, static_cast<std::size_t>(end - digits)) + ".NeQ";
 }
 
-float splitUvTiles(const char* path, const char* base, std::vector<std::string>& names) {
+ReadOutcome splitUvTiles(const char* path, const char* base, std::vector<std::string>& names) {
     names.clear();
     NeqBytes bytes;
-    if (!loadNeqFile(path, bytes)) return kCannotOpenResult;
+    if (!loadNeqFile(path, bytes)) return {ReadStatus::CannotOpen};
     const std::optional<UvTileSplit> split = UvTileSplit::plan(NeqView(bytes));
-    if (!split) return kNoBlockResult;
-    if (base == nullptr) return split->tiles().empty() ? 0.0f : kSplitCannotCreateBase + 1.0f;
+    if (!split) return {ReadStatus::NoBlock};
+    if (base == nullptr)
+        return {split->tiles().empty() ? ReadStatus::Done : ReadStatus::CannotWrite, 0};
     return split->writeTileFiles(uvTileFileStem(base), names);
 }
 

@@ -3,7 +3,7 @@
 // UV tiles: the unit squares of UV space a mesh's faces lie in. A face's tile is the
 // tile of the first (u, v) pair of its UV record.
 
-#include "foundation/output_file.h"
+#include "foundation/text_writer.h"
 #include "meshfile/neq_file.h"
 
 #include <array>
@@ -85,9 +85,9 @@ struct UvTileScan {
 // what counts as absent and how a count is clamped to the records present).
 std::optional<UvTileScan> scanUvTiles(const NeqView& file);
 
-// Loads the file and scans it. Returns the number of tiles, -17 when the file cannot be
-// opened, -18 when it has no UV block; `scan` is filled only on success.
-float listUvTiles(const char* path, UvTileScan& scan);
+// Loads the file and scans it. Returns Done with the number of tiles, CannotOpen, or
+// NoBlock when it has no UV block; `scan` is filled only on success.
+ReadOutcome listUvTiles(const char* path, UvTileScan& scan);
 
 } // namespace neq::meshfile
 
@@ -98,10 +98,6 @@ float listUvTiles(const char* path, UvTileScan& scan);
 // bytes. Blocks after the UV block are not copied.
 
 namespace neq::meshfile {
-
-// The split's host codes: the tile count, kCannotOpenResult, kNoBlockResult, or this
-// plus k + 1 when the file of the tile at 0-based position k cannot be written.
-constexpr float kSplitCannotCreateBase = 1500.0f;
 
 // Everything a split needs, worked out once: the tiles in naming order and, per pair,
 // its tile and remapped bytes. Writing a tile file is then a copy and a select per pair.
@@ -120,10 +116,10 @@ class UvTileSplit {
     NeqBytes tileImage(std::size_t k) const;
 
     // Writes one file per tile, named `stem` k ".NeQ", appending each tile's name to
-    // `names` once its file is complete. Returns the tile count, or 1500 + k + 1 when
-    // file k cannot be created or written (disk full counts too); files and names
-    // before it stay.
-    float writeTileFiles(const std::string& stem, std::vector<std::string>& names) const;
+    // `names` once its file is complete. Returns Done with the tile count, or
+    // CannotWrite with k when file k cannot be created or written (disk full counts
+    // too); files and names before it stay.
+    ReadOutcome writeTileFiles(const std::string& stem, std::vector<std::string>& names) const;
 
   private:
     using PairBytes = std::array<std::uint8_t, 8>; // u then v, little-endian floats
@@ -131,7 +127,7 @@ class UvTileSplit {
     explicit UvTileSplit(const NeqView& file) : file_(file) {}
     // Writes `count` pairs of tile k's block, starting at pair `first`, to `out`.
     void fillPairs(std::size_t k, std::size_t first, std::size_t count, std::uint8_t* out) const;
-    bool writeTileFile(std::size_t k, const char* path, OutputFile& out) const;
+    bool writeTileFile(std::size_t k, const char* path, FileSink& file, TextWriter& out) const;
 
     NeqView file_;
     std::size_t prefixSize_ = 0;
@@ -146,10 +142,9 @@ std::string uvTileFileStem(const std::string& base);
 // stem k ".NeQ": "/tmp/Head" and 1 -> "/tmp/Head1.NeQ".
 std::string uvTileFilePath(const std::string& stem, std::size_t position);
 
-// Empties `names`, loads the file and writes its tile files next to `base`. Returns the
-// tile count, -1760 when the file cannot be opened, -18 without a UV block, or
-// 1500 + k + 1 as above. A null base names no creatable file: 1501 unless there are no
-// tiles.
-float splitUvTiles(const char* path, const char* base, std::vector<std::string>& names);
+// Empties `names`, loads the file and writes its tile files next to `base`. Returns Done
+// with the tile count, CannotOpen, NoBlock without a UV block, or CannotWrite as above.
+// A null base names no creatable file: CannotWrite with 0 unless there are no tiles.
+ReadOutcome splitUvTiles(const char* path, const char* base, std::vector<std::string>& names);
 
 } // namespace neq::meshfile

@@ -42,7 +42,7 @@ MayaFileWeld weldMayaFile(const char* input, const char* output, bool keepUnweld
             return;
         }
         const auto write = [&weld](int fd) {
-            FileSink sink(fd);
+            FileSink sink(fd, true);
             return weld.write(sink);
         };
         if (!files::replaceFile(output ? output : input, write, result.reason))

@@ -477,33 +477,52 @@ namespace {
 // The statements the rewrite generates: the UV count, the UVs in blocks of 250, the
 // face count and the faces in blocks of 500.
 
+// Calls block(start, last) for each block of at most `perBlock` entries out of `count`.
+template <class Block> void forEachBlock(std::size_t count, std::size_t perBlock, Block block) {
+    for (std::size_t start = 0; start < count; start += perBlock)
+        block(start, std::min(start + perBlock, count) - 1);
+}
+
+// "\tsetAttr \"NAME[start:last]\"" and the rest of a block's header line.
+void blockHeader(TextWriter& out, const char* name, std::size_t start, std::size_t last,
+                 const char* rest) {
+    out.append("\tsetAttr \"");
+    out.append(name, std::strlen(name));
+    out.append("[");
+    out.number(static_cast<long long>(start));
+    out.append(":");
+    out.number(static_cast<long long>(last));
+    out.append("]\"");
+    out.append(rest, std::strlen(rest));
+}
+
 constexpr std::size_t kUvsPerBlock = 250;
 constexpr std::size_t kFacesPerBlock = 500;
 
-void writeUvCount(TextOut& out, std::size_t count) {
-    out.text("\tsetAttr \".uvst[0].uvsn\" -type \"string\" \"map1\";setAttr -s ");
+void writeUvCount(TextWriter& out, std::size_t count) {
+    out.append("\tsetAttr \".uvst[0].uvsn\" -type \"string\" \"map1\";setAttr -s ");
     out.number(static_cast<long long>(count));
-    out.text(" \".uvst[0].uvsp\";\n");
+    out.append(" \".uvst[0].uvsp\";\n");
 }
 
-void writeUvs(TextOut& out, const VDArray<VDVector2f>& uvs) {
+void writeUvs(TextWriter& out, const VDArray<VDVector2f>& uvs) {
     forEachBlock(uvs.size(), kUvsPerBlock, [&](std::size_t start, std::size_t last) {
         blockHeader(out, ".uvst[0].uvsp", start, last, " -type \"float2\"\n");
         for (std::size_t i = start; i <= last; ++i) {
-            char* p = out.room(2 * (1 + kMaxFloatFixed5Chars));
+            char* p = out.reserve(2 * (1 + kMaxFloatFixed5Chars));
             *p++ = ' ';
             p = formatFloatFixed5(p, uvs[i].x);
             *p++ = ' ';
-            out.advance(formatFloatFixed5(p, uvs[i].y));
+            out.commit(formatFloatFixed5(p, uvs[i].y));
         }
-        out.text(";\n");
+        out.append(";\n");
     });
 }
 
-void writeFaceCount(TextOut& out, std::size_t count) {
-    out.text("\tsetAttr -s ");
+void writeFaceCount(TextWriter& out, std::size_t count) {
+    out.append("\tsetAttr -s ");
     out.number(static_cast<long long>(count));
-    out.text(" \".fc\";\n");
+    out.append(" \".fc\";\n");
 }
 
 // " f 4 e e e e mu 0 4 t t t t", or with 3 for a triangle (fourth edge slot = sentinel).
@@ -524,22 +543,22 @@ char* writeFace(char* p, const int* edges, const int* uvs, int sentinel) {
     return p;
 }
 
-void writeFaces(TextOut& out, const SceneData& scene) {
+void writeFaces(TextWriter& out, const SceneData& scene) {
     constexpr std::size_t kMaxFaceChars = 11 + 8 * (1 + kMaxIntChars);
     const int sentinel = scene.sentinel();
     forEachBlock(scene.faceCount(), kFacesPerBlock, [&](std::size_t start, std::size_t last) {
         blockHeader(out, ".fc", start, last, " -type \"polyFaces\"\n");
         for (std::size_t face = start; face <= last; ++face)
-            out.advance(writeFace(out.room(kMaxFaceChars), &scene.faceEdges[4 * face],
-                                  &scene.faceUVs[4 * face], sentinel));
-        out.text(";\n");
+            out.commit(writeFace(out.reserve(kMaxFaceChars), &scene.faceEdges[4 * face],
+                                 &scene.faceUVs[4 * face], sentinel));
+        out.append(";\n");
     });
 }
 
 } // namespace
 
 bool writeScene(const SceneData& scene, std::string_view input, TextSink& sink) {
-    TextOut text(sink);
+    TextWriter text(sink, TextWriter::kCachedBufferSize);
     unsigned unwritten = kUvCountMode | kUvDataMode | kFaceCountMode | kFaceDataMode;
     for (const ScenePiece& piece : scene.pieces) {
         if (piece.flags == 0) {

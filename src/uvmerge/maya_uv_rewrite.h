@@ -25,9 +25,9 @@
 // line that runs out early reads its missing UVs and edges as 0 and its missing faces
 // as faces without corners, which are dropped.
 
+#include "foundation/text_writer.h"
 #include "foundation/vd_array.h"
 #include "foundation/vd_vector.h"
-#include "uvmerge/text_out.h"
 
 #include <cstddef>
 #include <memory>

@@ -1,3 +1,4 @@
+#include "api/result_codes.h"
 #include "meshfile/neq_file.h"
 #include "meshfile/obj_export.h"
 #include "neqbridge/neqbridge.hpp"
@@ -56,7 +57,7 @@ class ObjExport : public ::testing::Test {
     float run(const NeqBytes& bytes, const Ids& ids) {
         writeBytesToFile(in, bytes);
         idsAfter = ids;
-        return exportObj(in.c_str(), out.c_str(), idsAfter).hostResult();
+        return api::hostCode(exportObj(in.c_str(), out.c_str(), idsAfter));
     }
     std::string written() const { return test::readFile(out); }
     // The text after the RGB block: the face groups.
@@ -169,6 +170,8 @@ TEST_F(ObjExport, TypedExportsShareTheModuleFaceIdsAndKeepThemOnFailure) {
     EXPECT_EQ(GetFaceIDsNeq(basePath.c_str(), 1.0), 2.0f) << "replaces, never appends";
     EXPECT_EQ(writeOBJfromNeq(dir.file("missing").c_str(), outPath.data()), -1760.0f);
     EXPECT_EQ(writeOBJfromNeq(in.c_str(), badOut.data()), -2.0f);
+    std::string full = "/dev/full";
+    EXPECT_EQ(writeOBJfromNeq(in.c_str(), full.data()), -2.0f) << "a write that fails";
     EXPECT_FALSE(test::fileExists(out));
     EXPECT_EQ(writeOBJfromNeq(basePath.c_str(), outPath.data()), 20001.0f);
     EXPECT_EQ(faceID, (Ids{4, 3}));

@@ -24,7 +24,7 @@ class RgbBlock : public ::testing::Test {
     // Runs the colour export on `bytes` and returns what it wrote.
     std::string exported(const NeqBytes& bytes) {
         writeBytesToFile(in, bytes);
-        EXPECT_EQ(exportColours(in.c_str(), out.c_str()).hostResult(), 0.0f);
+        EXPECT_EQ(exportColours(in.c_str(), out.c_str()).status, ExportStatus::Written);
         return test::readFile(out);
     }
     // The block around `lines`: the opening comment of the empty block's golden, then
