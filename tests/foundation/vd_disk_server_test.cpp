@@ -1,5 +1,6 @@
 #include "foundation/vd_disk_server.h"
 
+#include "support/case_table.h"
 #include "support/process_env.h"
 #include "support/temp_dir.h"
 #include "vd_disk_server_test_support.h"
@@ -83,54 +84,17 @@ TEST(VDDiskServerPaths, WorkingFolderAndApplicationFolders) {
 }
 
 TEST(VDDiskServerPaths, FolderNameAndExtensionEdits) {
-    using Edit = std::function<bool(VDString&)>;
-    const Edit folder = [](VDString& p) { return DS::extractPathFromFilename(p); };
-    const Edit name = [](VDString& p) { return DS::removePathFromFilename(p); };
-    const auto with = [](const char* ext) {
-        return Edit([=](VDString& n) { return DS::makeFilenameWithExt(n, VDString(ext)); });
+    const std::map<std::string, std::function<bool(VDString&, const VDString&)>> edits = {
+        {"folder", [](VDString& p, const VDString&) { return DS::extractPathFromFilename(p); }},
+        {"name", [](VDString& p, const VDString&) { return DS::removePathFromFilename(p); }},
+        {"has", [](VDString& n, const VDString& e) { return DS::fileNameHasExtension(n, e); }},
+        {"with", DS::makeFilenameWithExt},
+        {"without", DS::makeFilenameWithoutExt},
     };
-    const auto without = [](const char* ext) {
-        return Edit([=](VDString& n) { return DS::makeFilenameWithoutExt(n, VDString(ext)); });
-    };
-    const auto has = [](const char* ext) {
-        return Edit([=](VDString& n) { return DS::fileNameHasExtension(n, VDString(ext)); });
-    };
-    const struct {
-        Edit edit;
-        const char *before, *after;
-        bool result;
-    } cases[] = {
-        {folder, "/a/b/c.ma", "/a/b/", true},
-        {folder, "Macintosh HD:/a/b.ma", "/a/", true},
-        {folder, "/a/b/", "/a/b/", true},
-        {folder, "c.ma", "", true},
-        {folder, "a\\b.ma", "", true}, // only / separates here
-        {name, "/a/b/c.ma", "c.ma", true},
-        {name, "C:\\scenes\\c.ma", "c.ma", true},
-        {name, "/a\\b/c", "c", true},
-        {name, "Macintosh HD:c.ma", "c.ma", true},
-        {name, "/a/", "", true},
-        {has("ma"), "a.ma", "a.ma", true},
-        {has(".ma"), "a.ma", "a.ma", true},
-        {has("ma"), "a.MA", "a.MA", false}, // case counts
-        {has("ma"), "ama", "ama", false},   // the dot is part of it
-        {has(""), "a.", "a.", true},
-        {has(""), "a", "a", false},
-        {with("ma"), "a", "a.ma", true},
-        {with(".ma"), "a", "a.ma", true},
-        {with("ma"), "a.ma", "a.ma", false},
-        {with("ma"), "a.MA", "a.MA.ma", true},
-        {with("ma"), "", ".ma", true},
-        {without("ma"), "a.b.ma", "a.b", true},
-        {without(".ma"), "a.ma", "a", true},
-        {without("ma"), "a.MA", "a.MA", false},
-        {without("ma"), "ama", "ama", false},
-        {without("ma"), ".ma", "", true}, // the inverse of adding it
-    };
-    for (const auto& c : cases) {
-        VDString text(c.before);
-        EXPECT_EQ(c.edit(text), c.result) << c.before;
-        EXPECT_STREQ(text.c_str(), c.after) << c.before;
+    for (const CaseRow& row : readCaseTable("foundation/vd_disk_server_cases.txt")) {
+        VDString text(row[1].c_str());
+        EXPECT_EQ(edits.at(row[0])(text, vd(row[2])), row[3] == "1") << row[0] << " " << row[1];
+        EXPECT_EQ(std::string(text.c_str()), row[4]) << row[0] << " " << row[1];
     }
     // The two-argument form hands back what it cut off.
     const char* splits[][3] = {{"/a/b/c.ma", "/a/b/", "c.ma"},
