@@ -214,12 +214,15 @@ TEST(VDDiskServerCopy, CopiesEveryByteOrRefusesLeavingNothing) {
     // layer's own test has the rest.
     ASSERT_EQ(::mkfifo(dir.file("fifo").c_str(), 0644), 0);
     for (const std::string& source :
-         {dir.file("none"), dir.file("fifo"), std::string("/dev/zero"), dir.file("out")}) {
+         {dir.file("none"), dir.path(), dir.file("fifo"), std::string("/dev/zero")}) {
         EXPECT_FALSE(copy(source, dir.file("out"))) << source;
         EXPECT_FALSE(fileExists(dir.file("out"))) << source;
     }
-    EXPECT_FALSE(copy(dir.file("a"), dir.path() + "/./a"));
-    EXPECT_FALSE(copy(dir.file("a"), dir.file("no/out")));
+    writeFile(dir.file("a"), "abc");
+    for (const std::string& to :
+         {dir.file("a"), dir.path() + "/./a", dir.file("no/out"), dir.path()})
+        EXPECT_FALSE(copy(dir.file("a"), to)) << to;
+    EXPECT_EQ(readFile(dir.file("a")), "abc");
     EXPECT_FALSE(copy(dir.file("a"), dir.file("fifo"))) << "nobody reads the FIFO";
     // A short write removes the partial destination.
     writeFile(dir.file("big"), patternBytes(0x100000 + 10));
