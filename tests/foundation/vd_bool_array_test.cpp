@@ -49,13 +49,21 @@ TEST(VDBoolArray, StorageBeyondTheCount) {
     EXPECT_EQ(a.getAsMask(5), 0x20);
     EXPECT_EQ(a.getAsMask(12), 0x10) << "no size test";
     // Coarse marking stops at the count.
-    VDBoolArray marked(13, false);
+    VDBoolArray marked(13, false), unmarked(13, true);
     marked.setAllModifiedIndices(VDArray<int>{9, 40, -1});
+    unmarked.clearAllModifiedIndices(VDArray<int>{2, 12});
     EXPECT_EQ(storage(marked), (std::vector<int>{0x00, 0x1F}));
+    EXPECT_EQ(storage(unmarked), (std::vector<int>{0x00, 0xE0}));
     // The in-place resize is deliberately narrow: the old count's byte is the trailing
     // guard and stays, so do the bits of byte 0 above the new count; growing with false
     // keeps the whole bytes between.
-    VDBoolArray dirty(40, false);
+    VDBoolArray clean(40, true), partial(16, true), dirty(40, false);
+    clean.resize(4, false);
+    EXPECT_EQ(storage(clean), (std::vector<int>{0xFF, 0, 0, 0, 0}));
+    partial.resize(3, true);
+    partial.resize(12, false);
+    partial.resize(9, false);
+    EXPECT_EQ(storage(partial), (std::vector<int>{0x07, 0x0F}));
     dirty.resize(4, true);
     EXPECT_EQ(storage(dirty), (std::vector<int>{0x00, 0xFF, 0xFF, 0xFF, 0xFF}));
     dirty.resize(30, false);
@@ -65,6 +73,9 @@ TEST(VDBoolArray, StorageBeyondTheCount) {
     other.clear(1);
     i.inter(other);
     EXPECT_EQ(storage(i), (std::vector<int>{0xFD, 0x03, 0x01}));
+    VDBoolArray toEmpty(12, true);
+    toEmpty.inter(VDBoolArray());
+    EXPECT_EQ(storage(toEmpty), (std::vector<int>{0x01, 0xFF}));
 }
 
 TEST(VDBoolArray, AliasingAndMoves) {

@@ -185,6 +185,7 @@ TEST(VDDiskServerText, ReadsAndWritesSmallFilesWhole) {
     EXPECT_FALSE(DS::writeFileFromString(vd(dir.file("new")), VDString()));
     EXPECT_EQ(readFile(dir.file("new")), "");
     EXPECT_FALSE(DS::writeFileFromString(vd(dir.file("no/a")), VDString("x")));
+    EXPECT_FALSE(DS::writeFileFromString(vd(dir.path()), VDString("x")));
     // A FIFO that nobody reads is refused rather than waited for.
     ASSERT_EQ(::mkfifo(dir.file("fifo").c_str(), 0644), 0);
     EXPECT_FALSE(DS::writeFileFromString(vd(dir.file("fifo")), VDString("x")));
