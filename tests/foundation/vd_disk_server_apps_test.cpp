@@ -100,12 +100,12 @@ TEST(DiskServerApps, OperationsStartTheirProgramsWithArgumentsVerbatim) {
         SCOPED_TRACE(testing::PrintToString(row));
         RecordingTools tools;
         tools.installScript("touch", ": > \"$1\"\n");
-        for (const std::string& spec : split(row[0], ' ')) {
-            const std::size_t equals = spec.find('='), colon = spec.find(':');
-            if (spec.empty()) continue;
-            tools.install(spec.substr(0, equals),
-                          equals == std::string::npos ? 0 : std::stoi(spec.substr(equals + 1)),
-                          colon + 1 >= spec.size() ? "" : spec.substr(colon + 1) + "\n");
+        for (const std::string& standIn : split(row[0], ' ')) {
+            const std::size_t equals = standIn.find('='), colon = standIn.find(':');
+            if (standIn.empty()) continue;
+            tools.install(standIn.substr(0, equals),
+                          equals == std::string::npos ? 0 : std::stoi(standIn.substr(equals + 1)),
+                          colon + 1 >= standIn.size() ? "" : standIn.substr(colon + 1) + "\n");
         }
         EXPECT_EQ(kOperations.at(row[1])(field(row[2]), field(row[3]), expand(row[4], work.path())),
                   std::stoi(row[5]));
