@@ -1,5 +1,7 @@
 #include "foundation/vd_disk_server.h"
 
+#include "platform/process_output.h"
+#include "platform/process_run.h"
 #include "platform/recording_tools.h"
 #include "support/case_table.h"
 #include "support/process_env.h"
@@ -84,6 +86,15 @@ const std::map<std::string, Operation> kOperations = {
      }},
     {"process",
      [](const VDString& a, const VDString&, const std::string&) { return processOf(a); }},
+    // The launcher below: an argument vector, "," between arguments, "(none)" for none.
+    {"run",
+     [](const VDString&, const VDString&, const std::string& c) {
+         return int(platform::runProgram(c == "(none)" ? Arguments() : split(c, ',')));
+     }},
+    {"output",
+     [](const VDString&, const VDString&, const std::string& c) {
+         return int(platform::runForOutput(split(c, ',')) == std::optional<std::string>("out\n"));
+     }},
 };
 
 // From a working folder where a marker would show any text that reached a shell (a
