@@ -122,13 +122,12 @@ TEST(DiskServerApps, OperationsStartTheirProgramsWithArgumentsVerbatim) {
                   std::stoi(row[5]));
         std::string script, calls;
         for (auto call : tools.calls()) {
-            if (call.at(0) == "osascript") {
-                const OsascriptCall parts = splitOsascriptCall(call);
-                for (const std::string& line : parts.scriptLines)
-                    script += line + "\n";
-                call = parts.arguments;
-                call.insert(call.begin(), "osascript");
-            }
+            // osascript's script lines, each after "-e", then the arguments.
+            std::size_t end = 1;
+            for (; call.at(0) == "osascript" && end + 1 < call.size() && call[end] == "-e";
+                 end += 2)
+                script += call[end + 1] + "\n";
+            call.erase(call.begin() + 1, call.begin() + end);
             for (const std::string& argument : call)
                 calls += argument + (&argument == &call.back() ? ";" : ",");
         }
