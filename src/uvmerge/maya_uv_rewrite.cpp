@@ -472,17 +472,6 @@ MayaUvRewrite rewriteMayaUvs(std::string_view scene) {
     return result;
 }
 
-namespace {
-
-// The statements the rewrite generates: the UV count, the UVs in blocks of 250, the
-// face count and the faces in blocks of 500.
-
-// Calls block(start, last) for each block of at most `perBlock` entries out of `count`.
-template <class Block> void forEachBlock(std::size_t count, std::size_t perBlock, Block block) {
-    for (std::size_t start = 0; start < count; start += perBlock)
-        block(start, std::min(start + perBlock, count) - 1);
-}
-
 // "\tsetAttr \"NAME[start:last]\"" and the rest of a block's header line.
 void blockHeader(TextWriter& out, const char* name, std::size_t start, std::size_t last,
                  const char* rest) {
@@ -495,6 +484,11 @@ void blockHeader(TextWriter& out, const char* name, std::size_t start, std::size
     out.append("]\"");
     out.append(rest, std::strlen(rest));
 }
+
+namespace {
+
+// The statements the rewrite generates: the UV count, the UVs in blocks of 250, the
+// face count and the faces in blocks of 500.
 
 constexpr std::size_t kUvsPerBlock = 250;
 constexpr std::size_t kFacesPerBlock = 500;

@@ -29,6 +29,7 @@
 #include "foundation/vd_array.h"
 #include "foundation/vd_vector.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -109,5 +110,16 @@ class MayaSceneWeld {
 
 // The whole rewrite, with the new text in the result.
 MayaUvRewrite rewriteMayaUvs(std::string_view scene);
+
+// Calls block(start, last) for each block of at most `perBlock` entries out of `count`:
+// the blocks Maya ASCII array statements are written in.
+template <class Block> void forEachBlock(std::size_t count, std::size_t perBlock, Block block) {
+    for (std::size_t start = 0; start < count; start += perBlock)
+        block(start, std::min(start + perBlock, count) - 1);
+}
+
+// "\tsetAttr \"NAME[start:last]\"" and the rest of a block's header line.
+void blockHeader(TextWriter& out, const char* name, std::size_t start, std::size_t last,
+                 const char* rest);
 
 } // namespace neq::uvmerge

@@ -44,14 +44,13 @@ pid_t deadProcess() {
 
 struct Case {
     const char* what;
-    // Makes what the path names in the folder; returns the path.
-    std::function<std::string(const TempDir&)> make;
-    const char* readReason;    // "" when the read succeeds (and gives kOld)
-    const char* replaceReason; // "" when the replacement succeeds
-    ChildSetup child;          // what the replacing process may do
-    // The folder's entries, and a check of what stayed, after the replacement.
-    std::function<std::vector<std::string>(const TempDir&)> leaves;
-    std::function<void(const TempDir&)> check = [](const TempDir&) {};
+    std::function<std::string(const TempDir&)> make; // makes what the path names
+    const char* readReason;                          // "" when the read succeeds (and gives kOld)
+    const char* replaceReason;                       // "" when the replacement succeeds
+    ChildSetup child;                                // what the replacing process may do
+    std::vector<std::string> leaves;                 // the folder's entries afterwards
+    std::string link = "", target = "";              // a link that stays as it was
+    std::string file = "", content = "";             // a file and what it holds afterwards
 };
 
 const std::string kLongName(255, 'n');
@@ -62,10 +61,20 @@ const std::string kLongUtf8Name = [] {
         name += "\xc3\xa9";
     return name + "x";
 }();
+const char kNotRegular[] = "it is not a regular file";
 
-std::string old(const TempDir& dir, const std::string& name) {
-    writeFile(dir.file(name), kOld);
-    return dir.file(name);
+// A file holding kOld, or a link, in the folder; the path to it.
+std::function<std::string(const TempDir&)> old(const std::string& name) {
+    return [=](const TempDir& dir) {
+        writeFile(dir.file(name), kOld);
+        return dir.file(name);
+    };
+}
+std::function<std::string(const TempDir&)> link(const std::string& name, const std::string& to) {
+    return [=](const TempDir& dir) {
+        ::symlink(to.c_str(), dir.file(name).c_str());
+        return dir.file(name);
+    };
 }
 
 TEST(FileLayer, ReadsAndReplacementsRefuseOrFinishWhole) {
@@ -73,27 +82,24 @@ TEST(FileLayer, ReadsAndReplacementsRefuseOrFinishWhole) {
     const std::string deadTemporary = ".f.tmp-" + std::to_string(dead) + "-abcdef";
     const std::string liveTemporary = ".f.tmp-" + std::to_string(::getpid()) + "-ghijkl";
     const std::string deadFolder = ".f.tmp-" + std::to_string(dead) + "-qwerty";
-    using Names = std::vector<std::string>;
-    const std::vector<Case> cases = {
+    const Case cases[] = {
         {"a FIFO with nobody at its other end",
          [](const TempDir& dir) {
              ::mkfifo(dir.file("p").c_str(), 0600);
              return dir.file("p");
          },
-         "it is not a regular file",
-         "it is not a regular file",
+         kNotRegular,
+         kNotRegular,
          {},
-         [](const TempDir&) { return Names{"p"}; }},
+         {"p"}},
         {"/dev/zero through a link",
-         [](const TempDir& dir) {
-             ::symlink("/dev/zero", dir.file("z").c_str());
-             return dir.file("z");
-         },
-         "it is not a regular file",
-         "it is not a regular file",
+         link("z", "/dev/zero"),
+         kNotRegular,
+         kNotRegular,
          {},
-         [](const TempDir&) { return Names{"z"}; },
-         [](const TempDir& dir) { EXPECT_EQ(linkTarget(dir.file("z")), "/dev/zero"); }},
+         {"z"},
+         "z",
+         "/dev/zero"},
         {"a folder",
          [](const TempDir& dir) {
              ::mkdir(dir.file("d").c_str(), 0700);
@@ -102,59 +108,44 @@ TEST(FileLayer, ReadsAndReplacementsRefuseOrFinishWhole) {
          "it is a folder, not a file",
          "it is a folder, not a file",
          {},
-         [](const TempDir&) { return Names{"d"}; }},
+         {"d"}},
         {"a dangling link: the file it names is created, the link stays",
-         [](const TempDir& dir) {
-             ::symlink("made", dir.file("link").c_str());
-             return dir.file("link");
-         },
+         link("link", "made"),
          "No such file or directory",
          "",
          {},
-         [](const TempDir&) {
-             return Names{"link", "made"};
-         },
-         [](const TempDir& dir) {
-             EXPECT_EQ(linkTarget(dir.file("link")), "made");
-             EXPECT_EQ(readFile(dir.file("made")), kNew);
-         }},
+         {"link", "made"},
+         "link",
+         "made",
+         "made",
+         kNew},
         {"a looping link",
          [](const TempDir& dir) {
-             ::symlink("b", dir.file("a").c_str());
              ::symlink("a", dir.file("b").c_str());
-             return dir.file("a");
+             return link("a", "b")(dir);
          },
          "Too many levels of symbolic links",
          "Too many levels of symbolic links",
          {},
-         [](const TempDir&) {
-             return Names{"a", "b"};
-         },
-         [](const TempDir& dir) { EXPECT_EQ(linkTarget(dir.file("a")), "b"); }},
-        {"a 255-byte name",
-         [](const TempDir& dir) { return old(dir, kLongName); },
-         "",
-         "",
-         {},
-         [](const TempDir&) { return Names{kLongName}; },
-         [](const TempDir& dir) { EXPECT_EQ(readFile(dir.file(kLongName)), kNew); }},
-        {"a 255-byte name of two-byte characters",
-         [](const TempDir& dir) { return old(dir, kLongUtf8Name); },
-         "",
-         "",
-         {},
-         [](const TempDir&) { return Names{kLongUtf8Name}; }},
+         {"a", "b"},
+         "a",
+         "b"},
+        {"a 255-byte name", old(kLongName), "", "", {}, {kLongName}, "", "", kLongName, kNew},
+        {"a 255-byte name of two-byte characters", old(kLongUtf8Name), "", "", {}, {kLongUtf8Name}},
         {"a write that fails halfway, to a file with a 255-byte name",
-         [](const TempDir& dir) { return old(dir, kLongName); },
+         old(kLongName),
          "",
          "File too large",
          {kOld.size(), false},
-         [](const TempDir&) { return Names{kLongName}; },
-         [](const TempDir& dir) { EXPECT_EQ(readFile(dir.file(kLongName)), kOld); }},
+         {kLongName},
+         "",
+         "",
+         kLongName,
+         kOld},
         {"a folder that takes no new file",
          [](const TempDir& dir) {
              handToUnprivilegedUser(dir.path());
-             const std::string path = old(dir, "f");
+             const std::string path = old("f")(dir);
              handToUnprivilegedUser(path);
              ::chmod(dir.path().c_str(), 0555);
              return path;
@@ -162,11 +153,11 @@ TEST(FileLayer, ReadsAndReplacementsRefuseOrFinishWhole) {
          "",
          "Permission denied",
          {std::nullopt, true},
-         [](const TempDir& dir) {
-             ::chmod(dir.path().c_str(), 0700);
-             return Names{"f"};
-         },
-         [](const TempDir& dir) { EXPECT_EQ(readFile(dir.file("f")), kOld); }},
+         {"f"},
+         "",
+         "",
+         "f",
+         kOld},
         {"temporaries left by a killed writer go; a running writer's stay",
          [&](const TempDir& dir) {
              writeFile(dir.file(deadTemporary), "partial");
@@ -174,15 +165,16 @@ TEST(FileLayer, ReadsAndReplacementsRefuseOrFinishWhole) {
              // The tool's private folder, holding a file under the target's own name.
              ::mkdir(dir.file(deadFolder).c_str(), 0700);
              writeFile(dir.file(deadFolder + "/f"), "partial");
-             return old(dir, "f");
+             return old("f")(dir);
          },
          "",
          "",
          {},
-         [&](const TempDir&) {
-             return Names{liveTemporary, "f"};
-         },
-         [](const TempDir& dir) { EXPECT_EQ(readFile(dir.file("f")), kNew); }},
+         {liveTemporary, "f"},
+         "",
+         "",
+         "f",
+         kNew},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -203,8 +195,10 @@ TEST(FileLayer, ReadsAndReplacementsRefuseOrFinishWhole) {
                            return replaced == expected.empty() && why == (replaced ? "" : expected);
                        }))
             << "replacing should give '" << expected << "'";
-        EXPECT_EQ(listFolder(dir.path()), c.leaves(dir));
-        c.check(dir);
+        ::chmod(dir.path().c_str(), 0700);
+        EXPECT_EQ(listFolder(dir.path()), c.leaves);
+        EXPECT_EQ(c.link.empty() ? "" : linkTarget(dir.file(c.link)), c.target);
+        EXPECT_EQ(c.file.empty() ? "" : readFile(dir.file(c.file)), c.content);
     }
 }
 

@@ -11,29 +11,29 @@ std::string margin() {
     return VDLogServer::m_curMarginOffsetString.c_str();
 }
 
+// Each margin operation and the offset and margin text it leaves, in sequence. Huge
+// steps neither overflow nor wrap, and the text they would make stays short.
 TEST(LogServer, MarginBookkeeping) {
-    VDLogServer::setMarginOffset(3);
-    EXPECT_EQ(VDLogServer::m_curMarginOffset, 3);
-    EXPECT_EQ(margin(), "      ");
-    VDLogServer::setMarginOffset(-4);
-    EXPECT_EQ(VDLogServer::m_curMarginOffset, 0);
-    EXPECT_TRUE(VDLogServer::m_curMarginOffsetString.isEmpty());
-    VDLogServer::decrMarginOffset(5);
-    EXPECT_EQ(VDLogServer::m_curMarginOffset, 0);
-    // Increasing by a negative amount is not clamped; the text stays empty.
-    VDLogServer::incrMarginOffset(-2);
-    EXPECT_EQ(VDLogServer::m_curMarginOffset, -2);
-    EXPECT_TRUE(VDLogServer::m_curMarginOffsetString.isEmpty());
-    VDLogServer::incrMarginOffset(3);
-    EXPECT_EQ(margin(), "  ");
-    // Huge steps neither overflow nor wrap, and the text they would make stays short.
-    VDLogServer::decrMarginOffset(INT_MIN);
-    EXPECT_EQ(VDLogServer::m_curMarginOffset, INT_MAX / 2);
-    EXPECT_EQ(VDLogServer::m_curMarginOffsetString.length(), 1024);
-    VDLogServer::setMarginOffset(512);
-    EXPECT_EQ(VDLogServer::m_curMarginOffsetString.length(), 1024);
-    VDLogServer::setMarginOffset(0);
-
+    const struct {
+        void (*op)(int);
+        int amount, offset, textLength;
+    } steps[] = {
+        {VDLogServer::setMarginOffset, 3, 3, 6},
+        {VDLogServer::setMarginOffset, -4, 0, 0},
+        {VDLogServer::decrMarginOffset, 5, 0, 0},
+        {VDLogServer::incrMarginOffset, -2, -2, 0},
+        {VDLogServer::incrMarginOffset, 3, 1, 2},
+        {VDLogServer::decrMarginOffset, 1, 0, 0},
+        {VDLogServer::decrMarginOffset, INT_MIN, INT_MAX / 2, 1024},
+        {VDLogServer::incrMarginOffset, INT_MAX, INT_MAX / 2, 1024},
+        {VDLogServer::setMarginOffset, 512, 512, 1024},
+        {VDLogServer::setMarginOffset, 0, 0, 0},
+    };
+    for (const auto& step : steps) {
+        step.op(step.amount);
+        EXPECT_EQ(VDLogServer::m_curMarginOffset, step.offset) << step.amount;
+        EXPECT_EQ(margin(), std::string(step.textLength, ' ')) << step.amount;
+    }
     // Inert output.
     VDLogServer::printLine(VDString("%s"), "ignored");
     VDLogServer::setLogFile(VDString("/nonexistent/log.txt"));

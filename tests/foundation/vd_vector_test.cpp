@@ -22,33 +22,35 @@ TEST(VDVector, ComponentsArePacked) {
     EXPECT_EQ(VDVector3f::m_zero, VDVector3f(0, 0, 0));
 }
 
+// The double form leaves lengths below 1e-24 and answers 1; the float form divides by
+// any non-zero length.
 TEST(VDVector, ThreeComponentNormalizeAnswersTheLength) {
-    VDVector3d zero(0, 0, 0);
-    EXPECT_EQ(zero.normalize(), 1.0);
-    EXPECT_EQ(zero, VDVector3d(0, 0, 0));
-    VDVector3d tiny(1e-25, 0, 0);
-    EXPECT_EQ(tiny.normalize(), 1.0);
-    EXPECT_EQ(tiny.x, 1e-25);
-    VDVector3d atThreshold(1e-24, 0, 0);
-    EXPECT_EQ(atThreshold.normalize(), 1e-24);
-    EXPECT_EQ(atThreshold.x, 1.0);
-    VDVector3d d(2, 3, 6);
-    EXPECT_EQ(d.normalize(), 7.0);
-    EXPECT_EQ(d, VDVector3d(2.0 / 7, 3.0 / 7, 6.0 / 7));
+    const struct {
+        VDVector3d in;
+        double length;
+        VDVector3d out;
+    } doubles[] = {{{0, 0, 0}, 1.0, {0, 0, 0}},
+                   {{1e-25, 0, 0}, 1.0, {1e-25, 0, 0}},
+                   {{1e-24, 0, 0}, 1e-24, {1, 0, 0}},
+                   {{2, 3, 6}, 7.0, {2.0 / 7, 3.0 / 7, 6.0 / 7}}};
+    for (auto c : doubles) {
+        EXPECT_EQ(c.in.normalize(), c.length);
+        EXPECT_EQ(c.in, c.out);
+    }
+    const struct {
+        VDVector3f in;
+        float length;
+        VDVector3f out;
+    } floats[] = {{{0, 0, 0}, 0.0f, {0, 0, 0}},
+                  {{0x1p-40f, 0, 0}, 0x1p-40f, {1, 0, 0}},
+                  {{0, 3, 4}, 5.0f, {0, 3.0f / 5, 4.0f / 5}}};
+    for (auto c : floats) {
+        EXPECT_EQ(c.in.normalize(), c.length);
+        EXPECT_EQ(c.in, c.out);
+    }
     VDVector3d withNan(std::nan(""), 1, 0);
     EXPECT_TRUE(std::isnan(withNan.normalize()));
     EXPECT_TRUE(std::isnan(withNan.y));
-
-    VDVector3f fzero(0, 0, 0);
-    EXPECT_EQ(fzero.normalize(), 0.0f);
-    EXPECT_EQ(fzero, VDVector3f(0, 0, 0));
-    // Any non-zero length divides, however small.
-    VDVector3f ftiny(0x1p-40f, 0, 0);
-    EXPECT_NE(ftiny.normalize(), 0.0f);
-    EXPECT_EQ(ftiny.x, 1.0f);
-    VDVector3f f(0, 3, 4);
-    EXPECT_EQ(f.normalize(), 5.0f);
-    EXPECT_EQ(f, VDVector3f(0, 3.0f / 5, 4.0f / 5));
 }
 
 // The float and double twins of the two-component vector behave alike.
@@ -108,20 +110,16 @@ TEST(VDVector, OrthogonalDirections) {
     scaled.makeOrthogonalTo(VDVector3d(2, 0, 0));
     EXPECT_EQ(scaled, VDVector3d(-3, 0, 0));
 
-    VDVector3f out;
-    VDVector3f(0, 0, 1).findOrthogonalVector(out); // x axis
-    EXPECT_EQ(out, VDVector3f(0, -1, 0));
-    VDVector3f(5, 1, 2).findOrthogonalVector(out); // y axis: (0,1,0) x v
-    EXPECT_EQ(out, VDVector3f(2, 0, -5));
-    VDVector3f(-5, 1, 2).findOrthogonalVector(out); // y: smallest absolute value
-    EXPECT_EQ(out, VDVector3f(2, 0, 5));
-    VDVector3f(5, 3, 1).findOrthogonalVector(out); // z axis: (0,0,1) x v
-    EXPECT_EQ(out, VDVector3f(-3, 5, 0));
-    VDVector3f(4, 2, 2).findOrthogonalVector(out); // y before z on a tie
-    EXPECT_EQ(out, VDVector3f(2, 0, -4));
-    VDVector3f(2, 2, 2).findOrthogonalVector(out); // x before the others
-    EXPECT_EQ(out, VDVector3f(0, -2, 2));
-
+    // The axis of v's smallest absolute component crossed with v: x before y before z.
+    const std::pair<VDVector3f, VDVector3f> orthogonal[] = {
+        {{0, 0, 1}, {0, -1, 0}}, {{5, 1, 2}, {2, 0, -5}}, {{-5, 1, 2}, {2, 0, 5}},
+        {{5, 3, 1}, {-3, 5, 0}}, {{4, 2, 2}, {2, 0, -4}}, {{2, 2, 2}, {0, -2, 2}},
+    };
+    for (const auto& [v, expected] : orthogonal) {
+        VDVector3f out;
+        v.findOrthogonalVector(out);
+        EXPECT_EQ(out, expected);
+    }
     VDVector3d dout;
     VDVector3d(-1, 7, 0.5).findOrthogonalVector(dout);
     EXPECT_EQ(dout, VDVector3d(-7, -1, 0));

@@ -1,6 +1,7 @@
 #include "platform/process.h"
 
-#include "recording_tools.h"
+#include "support/process_env.h"
+#include "support/temp_dir.h"
 
 #include <signal.h>
 #include <unistd.h>
@@ -9,30 +10,6 @@
 
 namespace neq::platform {
 namespace {
-
-using test::RecordingTools;
-
-TEST(ProcessRun, ArgumentsArriveVerbatimAndTheExitStatusDecides) {
-    RecordingTools tools;
-    tools.install("tool");
-    const std::vector<std::string> argv = {"tool", "", "two words", "\"q\" 'q' $(x) `x`; x\n", "-"};
-    EXPECT_TRUE(runProgram(argv));
-    EXPECT_EQ(tools.calls(), std::vector<std::vector<std::string>>{argv});
-
-    tools.install("tool", 1);
-    EXPECT_FALSE(runProgram({"tool"}));
-    tools.install("tool", 255);
-    EXPECT_FALSE(runProgram({"tool"}));
-    EXPECT_FALSE(runProgram({"absent"}));
-    EXPECT_FALSE(runProgram({}));
-    EXPECT_FALSE(runProgram({""}));
-
-    tools.install("tool", 0, "out\n");
-    EXPECT_EQ(runForOutput({"tool", "a"}), "out\n");
-    tools.install("tool", 2, "out\n");
-    EXPECT_EQ(runForOutput({"tool"}), std::nullopt);
-    EXPECT_EQ(runForOutput({"absent"}), std::nullopt);
-}
 
 // Runs body with this process's standard input reading a pipe that holds a line.
 template <class Body> void withInputWaiting(Body body) {

@@ -21,10 +21,6 @@ void RecordingTools::installScript(const std::string& tool, const std::string& b
     writeShellScript(bin_.file(tool), body);
 }
 
-void RecordingTools::uninstall(const std::string& tool) {
-    std::remove(bin_.file(tool).c_str());
-}
-
 std::vector<std::vector<std::string>> RecordingTools::calls() const {
     const std::string path = log_.file("calls");
     const std::string log = fileExists(path) ? readFile(path) : "";
@@ -45,19 +41,6 @@ std::vector<std::vector<std::string>> RecordingTools::calls() const {
         i += 2 + count;
     }
     return calls;
-}
-
-void RecordingTools::forgetCalls() {
-    std::remove(log_.file("calls").c_str());
-}
-
-OsascriptCall splitOsascriptCall(const std::vector<std::string>& call) {
-    OsascriptCall parts;
-    std::size_t i = 1;
-    for (; i + 1 < call.size() && call[i] == "-e"; i += 2)
-        parts.scriptLines.push_back(call[i + 1]);
-    parts.arguments.assign(call.begin() + i, call.end());
-    return parts;
 }
 
 std::string shellQuoted(const std::string& text) {

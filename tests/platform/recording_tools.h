@@ -18,26 +18,17 @@ class RecordingTools {
     // Puts a stand-in named tool on PATH that records its arguments, prints output
     // on its standard output and exits with status. Installing again replaces it.
     void install(const std::string& tool, int status = 0, const std::string& output = "");
-    void uninstall(const std::string& tool);
     // Puts a program of its own on PATH: a /bin/sh script with this body.
     void installScript(const std::string& tool, const std::string& body);
 
     // Every call made so far, each as {tool, arguments...}, in order.
     std::vector<std::vector<std::string>> calls() const;
-    void forgetCalls();
 
   private:
     TempDir bin_;
     TempDir log_;
     ScopedEnvironmentVariable path_;
 };
-
-// A call to osascript taken apart: its script lines, then the arguments after them.
-struct OsascriptCall {
-    std::vector<std::string> scriptLines;
-    std::vector<std::string> arguments;
-};
-OsascriptCall splitOsascriptCall(const std::vector<std::string>& call);
 
 // Single-quoted for /bin/sh.
 std::string shellQuoted(const std::string& text);
