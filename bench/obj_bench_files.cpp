@@ -1,8 +1,8 @@
 #include "obj_bench_files.h"
 
+#include "neqbridge/neqbridge.hpp"
 #include "tooling/neq_writer.h"
 #include "tooling/sample_mesh.h"
-#include "neqbridge/neqbridge.hpp"
 
 #include <stdlib.h>
 #include <sys/stat.h>

@@ -1,6 +1,6 @@
+#include "support/temp_dir.h"
 #include "tooling/neq_writer.h"
 #include "tooling/sample_mesh.h"
-#include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
 

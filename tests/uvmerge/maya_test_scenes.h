@@ -2,8 +2,8 @@
 
 // Scenes shared by the UV rewrite tests.
 
-#include "tooling/neq_writer.h"
 #include "support/temp_dir.h"
+#include "tooling/neq_writer.h"
 #include "uvmerge/maya_uv_rewrite.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "uvmerge/maya_uv_rewrite.h"
 
-#include "tooling/sample_mesh.h"
 #include "support/temp_dir.h"
 #include "tooling/maya_mesh_writer.h"
+#include "tooling/sample_mesh.h"
 #include "uvmerge/maya_test_scenes.h"
 
 #include <gtest/gtest.h>
