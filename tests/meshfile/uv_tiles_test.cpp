@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <limits>
 
@@ -22,12 +23,6 @@ std::vector<std::string> namesOf(const meshfile::UVTileSet& tiles) {
     for (const meshfile::UV_tile& tile : tiles)
         names.push_back(tile.name);
     return names;
-}
-
-std::uint32_t bitsOf(float value) {
-    std::uint32_t bits;
-    std::memcpy(&bits, &value, sizeof bits);
-    return bits;
 }
 
 TEST(UvTiles, CoordinateSplitShiftsNegativesDownOneTile) {
@@ -48,7 +43,7 @@ TEST(UvTiles, CoordinateSplitShiftsNegativesDownOneTile) {
         EXPECT_EQ(split.tile, c.tile) << c.c;
         EXPECT_EQ(meshfile::tileIndexOf(c.c), c.tile) << c.c;
         // Bit equality: -1.0 must come out as -0.0, exactly as the tile files carry it.
-        EXPECT_EQ(bitsOf(split.local), bitsOf(c.local)) << c.c;
+        EXPECT_EQ(std::memcmp(&split.local, &c.local, 4), 0) << c.c;
     }
     EXPECT_EQ(meshfile::splitCoordinate(kNaN).tile, kMin);
 }
@@ -84,8 +79,7 @@ TEST(UvTiles, ScanUsesFirstPairAndReportsLastRecordsTile) {
     }
 }
 
-// A UV block whose header or records run past the end: counts are clamped to the
-// records present, a header that does not fit is no block at all.
+// A UV block's count is clamped to the records present.
 TEST(UvTiles, HostileBlocksAreClamped) {
     const std::vector<UvRecord> records = {{0.5f, 0.5f}, {1.5f, 0.5f}, {2.5f, 0.5f}};
     const UvRecord* data = records.data();
@@ -142,26 +136,25 @@ class UvTilesSplit : public ::testing::Test {
     const std::string base = dir.file("out.NeQ");
 };
 
-TEST_F(UvTilesSplit, WritesOneByteExactFilePerTileInNameOrder) {
+// Each file holds the input up to the UV records, then every pair: in the tile, its place
+// there; outside, (-1, -1); then 16 zero bytes. One that cannot be created stops the loop.
+
+TEST_F(UvTilesSplit, WritesOneByteExactFilePerTileInNameOrderUntilOneFails) {
     Names names = {"left over"};
     ASSERT_EQ(split(names, base.c_str()), 3.0f);
     EXPECT_EQ(names, (Names{"_u-1_v0", "_u0_v0", "_u1_v0"}));
-    // Each holds the input up to the UV records, then every pair: in the tile, its place
-    // there (-1.0 lies in tile -2); outside, (-1, -1); then 16 zero bytes.
     for (int k = 0; k < 3; ++k)
         EXPECT_EQ(readFile(tileFile(k)), golden(k)) << k;
     EXPECT_FALSE(fileExists(tileFile(3)));
-}
 
-TEST_F(UvTilesSplit, UncreatableFileStopsTheLoopAndKeepsEarlierFiles) {
+    for (int k = 0; k < 3; ++k)
+        ASSERT_EQ(::remove(tileFile(k).c_str()), 0);
     ASSERT_EQ(::mkdir(tileFile(1).c_str(), 0700), 0);
-    Names names;
     EXPECT_EQ(split(names, base.c_str()), 1502.0f);
     EXPECT_EQ(names, Names{"_u-1_v0"});
     EXPECT_EQ(readFile(tileFile(0)), golden(0));
     EXPECT_FALSE(fileExists(tileFile(2)));
-    // A null base names no creatable file.
-    EXPECT_EQ(split(names, nullptr), 1501.0f);
+    EXPECT_EQ(split(names, nullptr), 1501.0f); // a null base names no creatable file
 }
 
 TEST(UvTilesSplitNames, StemIsTheBaseCutBeforeItsLastDot) {
