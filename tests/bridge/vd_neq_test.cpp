@@ -43,8 +43,7 @@ TEST(SharedFolder, TheVariableMovesEveryNameButTheRootIsRefused) {
     }
 }
 
-// The names this process loaded with. An application name other than one plain folder
-// name would lead out of NeQApps: its paths are empty, nothing is found or written.
+// An application name other than one plain folder name would lead out of NeQApps.
 TEST(SharedFolder, PathBuildersJoinTheLoadedNamesAndPlainAppNames) {
     const std::string root =
         str(bridge::sharedFolderNamesFor(std::getenv("NEQBRIDGE_PUBLIC_FOLDER")).publicFolder);

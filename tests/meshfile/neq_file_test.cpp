@@ -144,8 +144,7 @@ TEST(FaceIds, ReadsTheFirstBlockWhateverItsTagAndClampsItsCount) {
     EXPECT_EQ(readFaceIds(NeqView(tooShort), 1, ids), 0u);
 }
 
-// The demo's and the benchmarks' meshes, pinned byte for byte (sample_base.NeQ is the
-// demo's base.NeQ).
+// The demo's and the benchmarks' meshes, byte for byte (sample_base.NeQ is base.NeQ).
 TEST(SampleMesh, BaseSubdividedAndBenchmarkMeshesAsGoldens) {
     const Mesh base = makeSampleMesh();
     const struct {

@@ -53,8 +53,7 @@ std::string rgbBlock(const std::string& lines) {
     return empty.substr(0, empty.find('\n') + 1) + lines + "# End of RGB block\n";
 }
 
-// The vertex block, the block the export skips and the 4-byte gap after it: whatever
-// is appended next stands where the export expects the colour block.
+// The vertex block, the skipped block and a 4-byte gap: next comes the colour block's place.
 NeqBuilder vertexAndSkippedBlock(const Mesh& mesh) {
     static const std::uint8_t kGap[4] = {};
     NeqBuilder builder;
@@ -104,9 +103,8 @@ TEST_F(ObjExport, RgbLinesOfThirtyTwoAndTheEmptyLineRule) {
         EXPECT_EQ(colours(buildNeqColoursFirst(colouredMesh(c.count))), c.text) << c.count;
 }
 
-// Records are blue, green, red and an ignored byte. The colour export reads the first
-// block whatever its tag, its count clamped to the file: after two records, the 16 zero
-// bytes and the loader's repeated last byte make 4 more.
+// Records are blue, green, red, unused. The first block is read whatever its tag, its count
+// clamped to the file (the 16 zero bytes and the loader's repeated byte make 4 more).
 TEST_F(ObjExport, RgbRecordsFromTheFirstBlockClampedToTheFile) {
     const std::uint8_t record[] = {0x10, 0x20, 0xFF, 0x7E};
     NeqBuilder builder;
@@ -176,8 +174,7 @@ TEST_F(ObjExport, MisplacedBlocksReturnTheTagFoundAndKeepWhatWasWritten) {
 }
 
 TEST_F(ObjExport, FieldsPastTheEndOfATruncatedFile) {
-    // The colour tag ends the file: the face count lies past the end (printed 0), no
-    // colours, and the face block's place is unknown (-1).
+    // The colour tag ends the file: face count past the end (0), no colours, no faces (-1).
     NeqBuilder builder = vertexAndSkippedBlock(Mesh{});
     const std::uint8_t colourTag[4] = {0xB9, 0x88, 0, 0};
     builder.raw(colourTag, sizeof colourTag);
@@ -185,8 +182,7 @@ TEST_F(ObjExport, FieldsPastTheEndOfATruncatedFile) {
     const std::string header = "# File exported by Clayvo plugin\n#Vertex count ";
     EXPECT_EQ(written(), header + "0\n#Face count 0\n" + rgbBlock("\n"));
 
-    // A vertex count far past the end is cut to the records that fit, in its line too;
-    // the skipped block's length then lies past the end.
+    // A vertex count far past the end is cut to the records that fit, in its line too.
     NeqBytes bytes = buildNeqForObjExport(sampleMesh());
     bytes.resize(kFirstBlockRecordsOffset + 2 * kVertexRecordSize + 5);
     bytes[kFirstBlockCountOffset + 3] = 0x40;

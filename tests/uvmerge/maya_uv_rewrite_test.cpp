@@ -24,9 +24,8 @@ namespace {
 using namespace uvmerge;
 using Failure = MayaFileWeld::Failure;
 
-// A row of unit quads (column c on vertices 2c at the bottom and 2c + 1 at the top) with
-// continuous UVs, so welding leaves one UV per vertex; with `triangle`, one more face over
-// the last quad's right edge in reverse and a new apex.
+// A row of unit quads with continuous UVs (one UV per vertex once welded); `triangle` adds
+// a face over the last quad's right edge in reverse and a new apex.
 meshfile::Mesh stripMesh(int quads, bool triangle) {
     meshfile::Mesh mesh;
     for (int c = 0; c <= quads; ++c) {
@@ -64,8 +63,7 @@ struct QuadVariant {
     std::string scene, expected;
 };
 
-// The quad scene changed by the lines "FROM | TO | EXPECTED" of tests/data/uvmerge/NAME:
-// refused.txt (the reasons given) or changed.txt (texts found in the welded scene).
+// quad.ma changed by each line "FROM | TO | EXPECTED" of tests/data/uvmerge/NAME.
 std::vector<QuadVariant> quadVariants(const std::string& name) {
     const auto unescaped = [](std::string text) {
         for (const auto& [escape, meaning] : {std::pair<const char*, std::string>{"\\n", "\n"},
@@ -126,8 +124,7 @@ std::string houseScene(bool crlf) {
     return buildMayaScene(meshfile::makeSampleMesh(), options);
 }
 
-// The writer's layout, and the sample house welded from it (with CR LF, the LF of each
-// removed line stays behind as an empty line).
+// The writer's layout, and the sample house welded from it (CR LF: removed lines leave LFs).
 TEST(MayaUvRewrite, SampleHouseGoldens) {
     EXPECT_EQ(houseScene(false), readTestData("uvmerge/house.ma"));
     const std::string extra = "createNode transform -n \"extra\";\n";
@@ -258,8 +255,7 @@ TEST(MayaFileRewrite, HostEntryWeldsMayaScenesOnly) {
     EXPECT_EQ(readFile(dir.file("a.ma")), quadScene());
 }
 
-// A 10 MB scene declaring huge UV and edge counts over short data lines, with an edge on
-// a vertex near the file's size; a comment fills the rest.
+// A scene declaring huge counts over short data lines; a comment fills the rest.
 std::string hostileScene(std::size_t size, std::size_t uvCount, std::size_t edgeCount) {
     std::string text = readTestData("uvmerge/hostile_head.ma");
     for (std::size_t n : {uvCount, uvCount - 1, edgeCount, edgeCount - 1, size - 2, size - 2})
@@ -269,7 +265,7 @@ std::string hostileScene(std::size_t size, std::size_t uvCount, std::size_t edge
 }
 
 // Whatever its counts say, the weld keeps within 3 times the file plus 64 MB (a 10 MB
-// scene once took 208 MB), in a child with its address space capped so.
+// scene once took 208 MB).
 TEST(MayaFileRewrite, HostileCountsStayWithinThreeTimesTheFilePlus64MB) {
     constexpr std::size_t kSize = 10u << 20;
     const struct {
