@@ -121,27 +121,19 @@ TEST(UvGroups, CountsDistinctSignedValues) {
 
 using Names = std::vector<std::string>;
 
-class UvTilesSplit : public ::testing::Test {
-  protected:
-    std::string tileFile(int k) const { return dir.file("out" + std::to_string(k) + ".NeQ"); }
-    std::string golden(int k) const {
-        return readTestData("meshfile/split_tile" + std::to_string(k) + ".NeQ");
-    }
-    // Three quads in the tiles _u0_v0, _u1_v0 and _u-1_v0; their later pairs stray.
-    float split(Names& names, const char* base) const {
-        return meshfile::splitUvTiles(NEQBRIDGE_TEST_DATA "/meshfile/split_input.NeQ", base, names);
-    }
-
+// Three quads in the tiles _u0_v0, _u1_v0 and _u-1_v0, their later pairs astray. Each file
+// holds the input up to the UV records, then every pair: in the tile, its place there;
+// outside, (-1, -1); then 16 zero bytes. One that cannot be created stops the loop.
+TEST(UvTilesSplit, WritesOneByteExactFilePerTileInNameOrderUntilOneFails) {
     TempDir dir;
+    const auto tileFile = [&dir](int k) { return dir.file("out" + std::to_string(k) + ".NeQ"); };
+    const auto golden = [](int k) {
+        return readTestData("meshfile/split_tile" + std::to_string(k) + ".NeQ");
+    };
+    const std::string input = NEQBRIDGE_TEST_DATA "/meshfile/split_input.NeQ";
     const std::string base = dir.file("out.NeQ");
-};
-
-// Each file holds the input up to the UV records, then every pair: in the tile, its place
-// there; outside, (-1, -1); then 16 zero bytes. One that cannot be created stops the loop.
-
-TEST_F(UvTilesSplit, WritesOneByteExactFilePerTileInNameOrderUntilOneFails) {
     Names names = {"left over"};
-    ASSERT_EQ(split(names, base.c_str()), 3.0f);
+    ASSERT_EQ(meshfile::splitUvTiles(input.c_str(), base.c_str(), names), 3.0f);
     EXPECT_EQ(names, (Names{"_u-1_v0", "_u0_v0", "_u1_v0"}));
     for (int k = 0; k < 3; ++k)
         EXPECT_EQ(readFile(tileFile(k)), golden(k)) << k;
@@ -150,11 +142,12 @@ TEST_F(UvTilesSplit, WritesOneByteExactFilePerTileInNameOrderUntilOneFails) {
     for (int k = 0; k < 3; ++k)
         ASSERT_EQ(::remove(tileFile(k).c_str()), 0);
     ASSERT_EQ(::mkdir(tileFile(1).c_str(), 0700), 0);
-    EXPECT_EQ(split(names, base.c_str()), 1502.0f);
+    EXPECT_EQ(meshfile::splitUvTiles(input.c_str(), base.c_str(), names), 1502.0f);
     EXPECT_EQ(names, Names{"_u-1_v0"});
     EXPECT_EQ(readFile(tileFile(0)), golden(0));
     EXPECT_FALSE(fileExists(tileFile(2)));
-    EXPECT_EQ(split(names, nullptr), 1501.0f); // a null base names no creatable file
+    // A null base names no creatable file.
+    EXPECT_EQ(meshfile::splitUvTiles(input.c_str(), nullptr, names), 1501.0f);
 }
 
 TEST(UvTilesSplitNames, StemIsTheBaseCutBeforeItsLastDot) {
