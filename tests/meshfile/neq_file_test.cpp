@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <limits>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace neq::meshfile {
@@ -103,15 +104,12 @@ Mesh twoQuadsOneTriangle() {
 TEST(FaceIds, MultiplierIsFourToTheLevelMinusOneTruncated) {
     const double kInf = std::numeric_limits<double>::infinity();
     const std::uint32_t kMax = 2147483647u;
-    const struct {
-        double level;
-        std::uint32_t multiplier;
-    } cases[] = {
+    const std::pair<double, std::uint32_t> cases[] = {
         {0, 0},  {1, 1},         {2, 4},     {3, 16},      {1.5, 2},
         {-3, 0}, {16, 1u << 30}, {17, kMax}, {kInf, kMax}, {std::nan(""), 0},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(subdivisionMultiplier(c.level), c.multiplier) << c.level;
+    for (const auto& [level, multiplier] : cases)
+        EXPECT_EQ(subdivisionMultiplier(level), multiplier) << level;
 }
 
 // 4·m per quad, 3·m per triangle; at level 16, 4 * 2^30 wraps to 0 in the unsigned entries.
@@ -147,18 +145,14 @@ TEST(FaceIds, ReadsTheFirstBlockWhateverItsTagAndClampsItsCount) {
 // The demo's and the benchmarks' meshes, byte for byte (sample_base.NeQ is base.NeQ).
 TEST(SampleMesh, BaseSubdividedAndBenchmarkMeshesAsGoldens) {
     const Mesh base = makeSampleMesh();
-    const struct {
-        Mesh mesh;
-        const char* golden;
-    } cases[] = {
+    const std::pair<Mesh, const char*> cases[] = {
         {base, "meshfile/sample_base.NeQ"},
         {subdivideMesh(base), "meshfile/sample_subdivided.NeQ"},
         {makeBenchmarkMesh(20, 3), "meshfile/benchmark_20_faces_3_tiles.NeQ"},
     };
-    for (const auto& c : cases) {
-        const NeqBytes bytes = buildNeqChain(c.mesh);
-        EXPECT_EQ(std::string(bytes.begin(), bytes.end()), test::readTestData(c.golden))
-            << c.golden;
+    for (const auto& [mesh, golden] : cases) {
+        const NeqBytes bytes = buildNeqChain(mesh);
+        EXPECT_EQ(std::string(bytes.begin(), bytes.end()), test::readTestData(golden)) << golden;
     }
     EXPECT_TRUE(makeBenchmarkMesh(100, 0).uvs.empty());
     Mesh broken = base;

@@ -10,6 +10,8 @@
 
 #include <cstdio>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace neq::meshfile {
@@ -88,10 +90,7 @@ TEST_F(ObjExport, RgbLinesOfThirtyTwoAndTheEmptyLineRule) {
     const std::string colours33 = test::readTestData("meshfile/rgb_33.txt");
     std::string colours32 = colours33; // one full line, then the empty line
     colours32.replace(colours32.find("#RGB  2010f0\n"), 13, "\n");
-    const struct {
-        int count;
-        std::string text;
-    } cases[] = {
+    const std::pair<int, std::string> cases[] = {
         {0, test::readTestData("meshfile/rgb_0.txt")},
         {1, rgbBlock("#RGB  0010f0\n")},
         {3, rgbBlock("#RGB  0010f0 0110f0 0210f0\n")},
@@ -99,8 +98,8 @@ TEST_F(ObjExport, RgbLinesOfThirtyTwoAndTheEmptyLineRule) {
         {33, colours33},
         {64, test::readTestData("meshfile/rgb_64.txt")},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(colours(buildNeqColoursFirst(colouredMesh(c.count))), c.text) << c.count;
+    for (const auto& [count, text] : cases)
+        EXPECT_EQ(colours(buildNeqColoursFirst(colouredMesh(count))), text) << count;
 }
 
 // Records are blue, green, red, unused. The first block is read whatever its tag, its count
@@ -127,11 +126,7 @@ TEST_F(ObjExport, GroupsFollowTheFaceIdsAndStopOnlyBetweenGroups) {
     const std::string eightQuadsInTwoGroups =
         "#FaceID 1\nf 1 2 3 4\nf 2 3 4 5\nf 3 4 5 6\nf 4 5 6 7\n"
         "#FaceID 2\nf 5 6 7 8\nf 6 7 8 9\nf 7 8 9 10\nf 8 9 10 11\n";
-    const struct {
-        int quads;
-        Ids ids;
-        std::string groups;
-    } cases[] = {
+    const std::tuple<int, Ids, std::string> cases[] = {
         {8, {4, 4}, eightQuadsInTwoGroups},
         // More entries than the face block feeds: the next group would start at its end.
         {8, {4, 4, 4, 4}, eightQuadsInTwoGroups},
@@ -142,10 +137,10 @@ TEST_F(ObjExport, GroupsFollowTheFaceIdsAndStopOnlyBetweenGroups) {
         {2, {0, 0, 1}, "#FaceID 1\n#FaceID 2\n#FaceID 3\nf 1 2 3 4\n"},
         {0, {1}, ""},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(run(buildNeqForObjExport(quads(c.quads)), c.ids), 0.0f);
+    for (const auto& [count, ids, groups] : cases) {
+        EXPECT_EQ(run(buildNeqForObjExport(quads(count)), ids), 0.0f);
         const std::string text = written();
-        EXPECT_EQ(text.substr(text.find("# End of RGB block\n") + 19), c.groups) << c.quads;
+        EXPECT_EQ(text.substr(text.find("# End of RGB block\n") + 19), groups) << count;
     }
 }
 

@@ -16,6 +16,8 @@
 
 #include <sstream>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace neq::test {
@@ -142,24 +144,21 @@ TEST(MayaUvRewrite, SampleHouseGoldens) {
 
 // UVs in blocks of 250, faces in blocks of 500; the 251st UV is the triangle's apex.
 TEST(MayaUvRewrite, BlocksOf250UvsAnd500Faces) {
-    const struct {
-        int quads;
-        bool triangle;
-        std::string found, absent;
-    } cases[] = {{125, false, "setAttr -s 252 \".uvst[0].uvsp\"", "uvsp[0:250]"},
-                 {124, false, "uvsp[0:249]\" -type \"float2\"\n", "uvsp[250"},
-                 {124, true, readTestData("uvmerge/strip_251_uvs_welded.ma"), ""},
-                 {500, false, "\tsetAttr -s 500 \".fc\";\n\tsetAttr \".fc[0:499]\"", ".fc[500"},
-                 {501, false, readTestData("uvmerge/strip_501_faces_welded.ma"), ""}};
+    const std::tuple<int, bool, std::string, std::string> cases[] = {
+        {125, false, "setAttr -s 252 \".uvst[0].uvsp\"", "uvsp[0:250]"},
+        {124, false, "uvsp[0:249]\" -type \"float2\"\n", "uvsp[250"},
+        {124, true, readTestData("uvmerge/strip_251_uvs_welded.ma"), ""},
+        {500, false, "\tsetAttr -s 500 \".fc\";\n\tsetAttr \".fc[0:499]\"", ".fc[500"},
+        {501, false, readTestData("uvmerge/strip_501_faces_welded.ma"), ""}};
     MayaSceneOptions options;
     options.name = "strip";
-    for (const auto& c : cases) {
-        const std::string text = rewritten(buildMayaScene(stripMesh(c.quads, c.triangle), options));
-        if (c.absent.empty()) {
-            EXPECT_EQ(text, c.found) << c.quads;
+    for (const auto& [quads, triangle, found, absent] : cases) {
+        const std::string text = rewritten(buildMayaScene(stripMesh(quads, triangle), options));
+        if (absent.empty()) {
+            EXPECT_EQ(text, found) << quads;
         } else {
-            EXPECT_NE(text.find(c.found), std::string::npos) << c.quads;
-            EXPECT_EQ(text.find(c.absent), std::string::npos) << c.quads;
+            EXPECT_NE(text.find(found), std::string::npos) << quads;
+            EXPECT_EQ(text.find(absent), std::string::npos) << quads;
         }
     }
 }
