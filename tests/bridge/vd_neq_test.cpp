@@ -1,4 +1,7 @@
+// The shared folder's names and a target application's description.
+
 #include "bridge/vd_neq.h"
+#include "bridge/vd_neq_app.h"
 
 #include "support/temp_dir.h"
 
@@ -7,6 +10,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <sstream>
 #include <string>
 
 namespace neq::test {
@@ -16,31 +20,19 @@ std::string str(const VDString& s) {
     return s.c_str();
 }
 
-// Unset or empty, the variable leaves the standard names; set, it moves all of them. The
-// root, however spelt, would spread the tree over "/": it is refused, leaving every name
-// empty (no folder to use).
+// The root, however spelt (a link to it too), would spread the tree over "/".
 TEST(SharedFolder, TheVariableMovesEveryNameButTheRootIsRefused) {
     TempDir dir;
     ASSERT_EQ(::symlink("/", dir.file("root").c_str()), 0);
-    const std::string link = dir.file("root");
-    const std::pair<const char*, const char*> cases[] = {{nullptr, "/Users/Shared/Vandrel"},
-                                                         {"", "/Users/Shared/Vandrel"},
-                                                         {"/srv/bridge", "/srv/bridge"},
-                                                         {"/srv/bridge///", "/srv/bridge"},
-                                                         {"relative/dir/", "relative/dir"},
-                                                         {" ", " "},
-                                                         {"/tmp/../srv", "/tmp/../srv"},
-                                                         {"..", ".."},
-                                                         {"/", ""},
-                                                         {"//", ""},
-                                                         {"/./", ""},
-                                                         {"/tmp/..", ""},
-                                                         {"/..//.", ""},
-                                                         {link.c_str(), ""}};
-    for (const auto& [value, folder] : cases) {
-        SCOPED_TRACE(value ? value : "(unset)");
-        const bridge::SharedFolderNames names = bridge::sharedFolderNamesFor(value);
-        const std::string root = folder;
+    std::istringstream lines(readTestData("bridge/shared_folders.txt") + dir.file("root") +
+                             " | \n");
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t bar = line.find(" | ");
+        if (line[0] == '#') continue;
+        const std::string value = line.substr(0, bar), root = line.substr(bar + 3);
+        SCOPED_TRACE(value);
+        const auto names =
+            bridge::sharedFolderNamesFor(value == "(unset)" ? nullptr : value.c_str());
         const auto under = [&root](const char* name) { return root.empty() ? "" : root + name; };
         EXPECT_EQ(names.rootRefused, root.empty());
         EXPECT_EQ(str(names.publicFolder), root);
@@ -51,10 +43,7 @@ TEST(SharedFolder, TheVariableMovesEveryNameButTheRootIsRefused) {
     }
 }
 
-// The names this process loaded with (the variable is normally unset under test; the
-// tool's tests run it with the variable set). An application is one plain folder name
-// under NeQApps; anything else would lead out of it, so its paths are empty, nothing is
-// found and nothing written.
+// An application name other than one plain folder name would lead out of NeQApps.
 TEST(SharedFolder, PathBuildersJoinTheLoadedNamesAndPlainAppNames) {
     const std::string root =
         str(bridge::sharedFolderNamesFor(std::getenv("NEQBRIDGE_PUBLIC_FOLDER")).publicFolder);
@@ -116,6 +105,79 @@ TEST(SharedFolder, PathEntriesRoundTripQuoted) {
     EXPECT_EQ(str(bridge::readPathEntry(missing, &found)), "");
     EXPECT_FALSE(found);
     EXPECT_FALSE(fileExists(dir.file("NeQApps")));
+}
+
+// How each key reads, through the tool: tests/data/cli/transcripts/app_*.txt.
+TEST(NeQApp, FlagKeysOwnDistinctBitsAndRegisterInTheFormatsOrder) {
+    std::uint32_t all = 0;
+    for (const bridge::AppKey& key : bridge::kAppKeys) {
+        EXPECT_EQ(all & key.flag, 0u) << key.key;
+        all |= key.flag;
+        key.handler("1", nullptr); // without a record: ignored, no crash
+    }
+    EXPECT_EQ(all, 0x03FFFFFFu);
+    // The token list is last-in first-out: walking it gives the keys backwards.
+    std::string registered;
+    VDNeQAppParser parser;
+    for (const VDGenericConfigFileToken* t = parser.getParser().getTokens(); t; t = t->m_next)
+        registered = str(t->m_keyword) + (registered.empty() ? "" : " ") + registered;
+    EXPECT_EQ(registered + "\n", readTestData("bridge/app_keys.txt"));
+}
+
+TEST(NeQApp, DefaultsComeBackBeforeEachParse) {
+    VDNeQAppParser parser;
+    EXPECT_EQ(parser.m_version, 1);
+    TempDir dir;
+    writeFile(dir.file("a.txt"), "NAME A\nNEQ_VERSION 5\nIMPORT_FLIP_Z 1\n");
+    writeFile(dir.file("b.txt"), "EXTENSION .ma\n");
+    writeFile(dir.file("empty.txt"), "");
+    ASSERT_TRUE(parser.parseFile(dir.file("a.txt").c_str()));
+    ASSERT_TRUE(parser.parseFile(dir.file("b.txt").c_str()));
+    EXPECT_EQ(str(parser.m_name) + str(parser.m_extension), ".ma");
+    EXPECT_EQ(parser.m_version, 1);
+    EXPECT_EQ(parser.m_flags, 0u);
+    parser.m_name.set("kept"); // a missing or empty file leaves the record cleared
+    EXPECT_FALSE(parser.parseFile(dir.file("empty.txt").c_str()));
+    EXPECT_TRUE(parser.m_name.isEmpty());
+    EXPECT_FALSE(parser.parseFile(dir.file("none.txt").c_str()));
+}
+
+// The line splitter the descriptions are read with: a line without a bound is no line.
+TEST(NeQApp, LinesWithoutABoundSplitIntoNothing) {
+    const char line[] = "NAME = x";
+    VDString key("kept"), value("kept");
+    EXPECT_FALSE(VDGenericConfigFileParser::parseALine(line, nullptr, key, value));
+    EXPECT_FALSE(VDGenericConfigFileParser::parseALine(nullptr, line + 8, key, value));
+    EXPECT_EQ(str(key) + str(value), "keptkept");
+    EXPECT_TRUE(VDGenericConfigFileParser::parseALine(line, line + 8, key, value));
+}
+
+// A copy owns its own token list; an assignment copies the record and keeps the list.
+TEST(NeQApp, CopiesKeepTheirOwnTokens) {
+    VDNeQAppParser source;
+    source.m_id.set("maya");
+    source.m_name.set("Maya");
+    source.m_version = 7;
+    source.m_flags = 0x5;
+    VDNeQAppParser copy(source);
+    EXPECT_NE(copy.getParser().getTokens(), source.getParser().getTokens());
+    source.m_name.set("changed");
+    VDNeQAppParser assigned;
+    const VDGenericConfigFileToken* ownTokens = assigned.getParser().getTokens();
+    assigned.m_extension.set(".x");
+    assigned = copy;
+    EXPECT_EQ(assigned.getParser().getTokens(), ownTokens);
+    for (const VDNeQApp* record :
+         {static_cast<VDNeQApp*>(&copy), static_cast<VDNeQApp*>(&assigned)}) {
+        EXPECT_EQ(str(record->m_id) + str(record->m_name) + str(record->m_extension), "mayaMaya");
+        EXPECT_EQ(record->m_version, 7);
+        EXPECT_EQ(record->m_flags, 0x5u);
+    }
+    VDNeQApp record = copy;
+    record.clear();
+    EXPECT_EQ(str(record.m_id) + str(record.m_name) + std::to_string(record.m_version) +
+                  std::to_string(record.m_flags),
+              "10");
 }
 
 } // namespace

@@ -1,15 +1,23 @@
+#include "meshfile/face_ids.h"
 #include "meshfile/neq_file.h"
 #include "neqbridge/neqbridge.hpp"
 #include "support/temp_dir.h"
 #include "tooling/neq_writer.h"
+#include "tooling/sample_mesh.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
 #include <limits>
+#include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace neq::meshfile {
 namespace {
+
+using Ids = std::vector<std::uint32_t>;
 
 char b(int value) {
     return static_cast<char>(value);
@@ -84,6 +92,72 @@ TEST(NeqBlockWalk, SkipsByLengthAndEndsAtTheBufferEnd) {
     // A tag cut by the end of the buffer is never the wanted one.
     const NeqBytes cutTag = fileOf({header(15001, 16), NeqBytes{0xB9, 0x88}});
     EXPECT_EQ(findBlock(NeqView(cutTag), kColourTag), std::nullopt);
+}
+
+Mesh twoQuadsOneTriangle() {
+    Mesh mesh;
+    mesh.faces = {{0, 1, 2, 3}, {4, 5, 6, 0}, {1, 2, 3, -1}};
+    return mesh;
+}
+
+// Past the 32-bit range the power saturates rather than converting undefinedly.
+TEST(FaceIds, MultiplierIsFourToTheLevelMinusOneTruncated) {
+    const double kInf = std::numeric_limits<double>::infinity();
+    const std::uint32_t kMax = 2147483647u;
+    const std::pair<double, std::uint32_t> cases[] = {
+        {0, 0},  {1, 1},         {2, 4},     {3, 16},      {1.5, 2},
+        {-3, 0}, {16, 1u << 30}, {17, kMax}, {kInf, kMax}, {std::nan(""), 0},
+    };
+    for (const auto& [level, multiplier] : cases)
+        EXPECT_EQ(subdivisionMultiplier(level), multiplier) << level;
+}
+
+// 4·m per quad, 3·m per triangle; at level 16, 4 * 2^30 wraps to 0 in the unsigned entries.
+TEST(FaceIds, QuadsAndTrianglesPerLevel) {
+    const NeqBytes bytes = buildNeqFacesFirst(twoQuadsOneTriangle());
+    Ids ids{99};
+    EXPECT_EQ(readFaceIds(NeqView(bytes), 2, ids), 3u);
+    EXPECT_EQ(ids, (Ids{16, 16, 12}));
+    EXPECT_EQ(readFaceIds(NeqView(bytes), 16, ids), 3u);
+    EXPECT_EQ(ids, (Ids{0, 0, 3u << 30}));
+}
+
+TEST(FaceIds, ReadsTheFirstBlockWhateverItsTagAndClampsItsCount) {
+    // A vertex-first file, read as faces 16 bytes at a time: the 4th word of record 0 is
+    // vertex 1's x = -1.0f, whose sign bit reads as a negative index (a triangle).
+    Mesh mesh;
+    mesh.vertices = {{0, 0, 0}, {-1, 0, 0}, {0, 0, 0}, {0, 0, 0}};
+    NeqBytes bytes = buildNeqChain(mesh);
+    Ids ids;
+    EXPECT_EQ(readFaceIds(NeqView(bytes), 1, ids), 4u);
+    EXPECT_EQ(ids, (Ids{3, 4, 4, 4}));
+
+    // A count far past the end yields only the records that fit in the buffer.
+    bytes = buildNeqFacesFirst(twoQuadsOneTriangle());
+    bytes[kFirstBlockCountOffset + 3] = 0x7F;
+    EXPECT_EQ(readFaceIds(NeqView(bytes), 1, ids), 4u) << "3 faces and the 16 zero bytes";
+    EXPECT_EQ(ids, (Ids{4, 4, 3, 4}));
+
+    const NeqBytes tooShort(kFirstBlockCountOffset + 3, 0xFF);
+    EXPECT_EQ(readFaceIds(NeqView(tooShort), 1, ids), 0u);
+}
+
+// The demo's and the benchmarks' meshes, byte for byte (sample_base.NeQ is base.NeQ).
+TEST(SampleMesh, BaseSubdividedAndBenchmarkMeshesAsGoldens) {
+    const Mesh base = makeSampleMesh();
+    const std::pair<Mesh, const char*> cases[] = {
+        {base, "meshfile/sample_base.NeQ"},
+        {subdivideMesh(base), "meshfile/sample_subdivided.NeQ"},
+        {makeBenchmarkMesh(20, 3), "meshfile/benchmark_20_faces_3_tiles.NeQ"},
+    };
+    for (const auto& [mesh, golden] : cases) {
+        const NeqBytes bytes = buildNeqChain(mesh);
+        EXPECT_EQ(std::string(bytes.begin(), bytes.end()), test::readTestData(golden)) << golden;
+    }
+    EXPECT_TRUE(makeBenchmarkMesh(100, 0).uvs.empty());
+    Mesh broken = base;
+    broken.faces.push_back({0, 1, 99, -1});
+    EXPECT_THROW(subdivideMesh(broken), std::out_of_range);
 }
 
 } // namespace

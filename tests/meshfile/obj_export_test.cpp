@@ -1,6 +1,8 @@
 #include "api/result_codes.h"
-#include "meshfile/neq_file.h"
 #include "meshfile/obj_export.h"
+
+#include "meshfile/neq_file.h"
+#include "meshfile/rgb_block.h"
 #include "neqbridge/neqbridge.hpp"
 #include "support/temp_dir.h"
 #include "tooling/neq_writer.h"
@@ -9,14 +11,14 @@
 
 #include <cstdio>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace neq::meshfile {
 namespace {
 
 using Ids = std::vector<std::uint32_t>;
-
-const char kRgbClosing[] = "# End of RGB block\n";
 
 // Its export is tests/data/meshfile/sample.obj.
 Mesh sampleMesh() {
@@ -40,8 +42,21 @@ Mesh quads(int count) {
     return mesh;
 }
 
-// The vertex block, the block the export skips and the 4-byte gap after it: whatever
-// is appended next stands where the export expects the colour block.
+// Colours i = 0..count-1 with red i, green 0x10, blue 0xF0.
+Mesh colouredMesh(int count) {
+    Mesh mesh;
+    for (int i = 0; i < count; ++i)
+        mesh.colours.push_back({static_cast<std::uint8_t>(i), 0x10, 0xF0});
+    return mesh;
+}
+
+// The RGB block around `lines`, its opening comment taken from the empty block's golden.
+std::string rgbBlock(const std::string& lines) {
+    const std::string empty = test::readTestData("meshfile/rgb_0.txt");
+    return empty.substr(0, empty.find('\n') + 1) + lines + "# End of RGB block\n";
+}
+
+// The vertex block, the skipped block and a 4-byte gap: next comes the colour block's place.
 NeqBuilder vertexAndSkippedBlock(const Mesh& mesh) {
     static const std::uint8_t kGap[4] = {};
     NeqBuilder builder;
@@ -59,18 +74,48 @@ class ObjExport : public ::testing::Test {
         idsAfter = ids;
         return api::hostCode(exportObj(in.c_str(), out.c_str(), idsAfter));
     }
-    std::string written() const { return test::readFile(out); }
-    // The text after the RGB block: the face groups.
-    std::string groups() const {
-        const std::string text = written();
-        return text.substr(text.find(kRgbClosing) + sizeof kRgbClosing - 1);
+    std::string colours(const NeqBytes& bytes) {
+        writeBytesToFile(in, bytes);
+        EXPECT_EQ(api::hostCode(exportColours(in.c_str(), out.c_str())), 0.0f);
+        return written();
     }
+    std::string written() const { return test::readFile(out); }
 
     test::TempDir dir;
     const std::string in = dir.file("subdivided.neq");
-    const std::string out = dir.file("out.obj");
+    std::string out = dir.file("out.obj");
     Ids idsAfter;
 };
+
+TEST_F(ObjExport, RgbLinesOfThirtyTwoAndTheEmptyLineRule) {
+    const std::string colours33 = test::readTestData("meshfile/rgb_33.txt");
+    std::string colours32 = colours33; // one full line, then the empty line
+    colours32.replace(colours32.find("#RGB  2010f0\n"), 13, "\n");
+    const std::pair<int, std::string> cases[] = {
+        {0, test::readTestData("meshfile/rgb_0.txt")},
+        {1, rgbBlock("#RGB  0010f0\n")},
+        {3, rgbBlock("#RGB  0010f0 0110f0 0210f0\n")},
+        {32, colours32},
+        {33, colours33},
+        {64, test::readTestData("meshfile/rgb_64.txt")},
+    };
+    for (const auto& [count, text] : cases)
+        EXPECT_EQ(colours(buildNeqColoursFirst(colouredMesh(count))), text) << count;
+}
+
+// Records are blue, green, red, unused. The first block is read whatever its tag, its count
+// clamped to the file (the 16 zero bytes and the loader's repeated byte make 4 more).
+TEST_F(ObjExport, RgbRecordsFromTheFirstBlockClampedToTheFile) {
+    const std::uint8_t record[] = {0x10, 0x20, 0xFF, 0x7E};
+    NeqBuilder builder;
+    builder.block(kColourTag, 1, record, sizeof record).terminator();
+    EXPECT_EQ(colours(builder.bytes()), rgbBlock("#RGB  ff2010\n"));
+    NeqBytes bytes = buildNeqColoursFirst(colouredMesh(2));
+    bytes[kFirstBlockOffset] = 0x21; // tag 0x8821 is not the colour tag
+    bytes[kFirstBlockCountOffset + 2] = 0x01;
+    EXPECT_EQ(colours(bytes), rgbBlock("#RGB  0010f0 0110f0 000000 000000 000000 000000\n"));
+    EXPECT_EQ(colours(NeqBytes(kFirstBlockCountOffset + 2, 0xFF)), rgbBlock("\n"));
+}
 
 TEST_F(ObjExport, WritesHeaderVerticesColoursAndFaceGroups) {
     EXPECT_EQ(run(buildNeqForObjExport(sampleMesh()), {1, 1}), 0.0f);
@@ -82,31 +127,27 @@ TEST_F(ObjExport, GroupsFollowTheFaceIdsAndStopOnlyBetweenGroups) {
     const std::string eightQuadsInTwoGroups =
         "#FaceID 1\nf 1 2 3 4\nf 2 3 4 5\nf 3 4 5 6\nf 4 5 6 7\n"
         "#FaceID 2\nf 5 6 7 8\nf 6 7 8 9\nf 7 8 9 10\nf 8 9 10 11\n";
-    const struct {
-        int quads;
-        Ids ids;
-        std::string groups;
-    } cases[] = {
+    const std::tuple<int, Ids, std::string> cases[] = {
         {8, {4, 4}, eightQuadsInTwoGroups},
         // More entries than the face block feeds: the next group would start at its end.
         {8, {4, 4, 4, 4}, eightQuadsInTwoGroups},
-        // A group may run on past the face block: into the 16 zero bytes after it.
+        // A group may run on into the 16 zero bytes after the face block...
         {3, {2, 2}, "#FaceID 1\nf 1 2 3 4\nf 2 3 4 5\n#FaceID 2\nf 3 4 5 6\nf 1 1 1 1\n"},
         // ...but never past the end of the file: the export ends there, written.
         {1, {1000}, "#FaceID 1\nf 1 2 3 4\nf 1 1 1 1\n"},
         {2, {0, 0, 1}, "#FaceID 1\n#FaceID 2\n#FaceID 3\nf 1 2 3 4\n"},
         {0, {1}, ""},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(run(buildNeqForObjExport(quads(c.quads)), c.ids), 0.0f);
-        EXPECT_EQ(groups(), c.groups) << c.quads << " quads, " << c.ids.size() << " IDs";
+    for (const auto& [count, ids, groups] : cases) {
+        EXPECT_EQ(run(buildNeqForObjExport(quads(count)), ids), 0.0f);
+        const std::string text = written();
+        EXPECT_EQ(text.substr(text.find("# End of RGB block\n") + 19), groups) << count;
     }
 }
 
 TEST_F(ObjExport, MisplacedBlocksReturnTheTagFoundAndKeepWhatWasWritten) {
     const Mesh mesh = sampleMesh();
-    // The face block where the colour block should be: header and vertices only. The
-    // face count line shows that block's length field.
+    // The face block where the colour block should be: its length shows as the face count.
     NeqBuilder facesForColours = vertexAndSkippedBlock(mesh);
     facesForColours.block(kFaceTag, 2, encodeFaces(mesh).data(), kFaceRecordSize).terminator();
     EXPECT_EQ(run(facesForColours.bytes(), {1, 1}), 20001.0f);
@@ -114,7 +155,6 @@ TEST_F(ObjExport, MisplacedBlocksReturnTheTagFoundAndKeepWhatWasWritten) {
     EXPECT_EQ(written(), expected.replace(expected.find("24"), 2, "48"));
     EXPECT_EQ(idsAfter, (Ids{1, 1}));
 
-    // A UV block where the face block should be: everything up to the RGB block.
     NeqBuilder uvForFaces = vertexAndSkippedBlock(mesh);
     uvForFaces.block(kColourTag, 2, encodeColours(mesh).data(), kColourRecordSize);
     uvForFaces.block(kUvTag, 0, nullptr, 0).terminator();
@@ -122,8 +162,7 @@ TEST_F(ObjExport, MisplacedBlocksReturnTheTagFoundAndKeepWhatWasWritten) {
     EXPECT_EQ(written(), sampleUpTo("#FaceID"));
     EXPECT_EQ(idsAfter, (Ids{1, 1}));
 
-    // No vertex block at 32: nothing is created.
-    std::remove(out.c_str());
+    std::remove(out.c_str()); // no vertex block at 32: nothing is created
     EXPECT_EQ(run(buildNeqFacesFirst(mesh), {1}), 20001.0f);
     EXPECT_FALSE(test::fileExists(out));
     EXPECT_EQ(run(NeqBytes{}, {1}), -1.0f) << "empty file";
@@ -131,57 +170,60 @@ TEST_F(ObjExport, MisplacedBlocksReturnTheTagFoundAndKeepWhatWasWritten) {
 }
 
 TEST_F(ObjExport, FieldsPastTheEndOfATruncatedFile) {
-    // The colour tag is the last thing in the file: the face count field lies past the
-    // end (printed 0), no colours, and the face block's place is unknown (-1).
+    // The colour tag ends the file: face count past the end (0), no colours, no faces (-1).
     NeqBuilder builder = vertexAndSkippedBlock(Mesh{});
     const std::uint8_t colourTag[4] = {0xB9, 0x88, 0, 0};
     builder.raw(colourTag, sizeof colourTag);
     EXPECT_EQ(run(builder.bytes(), {1}), -1.0f);
-    EXPECT_EQ(written(), "# File exported by Clayvo plugin\n#Vertex count 0\n#Face count 0\n" +
-                             test::readTestData("meshfile/rgb_0.txt"));
+    const std::string header = "# File exported by Clayvo plugin\n#Vertex count ";
+    EXPECT_EQ(written(), header + "0\n#Face count 0\n" + rgbBlock("\n"));
 
-    // A vertex count far past the end is cut to the records that fit, in its line too;
-    // the skipped block's length then lies past the end: -1 after the vertex lines.
+    // A vertex count far past the end is cut to the records that fit, in its line too.
     NeqBytes bytes = buildNeqForObjExport(sampleMesh());
     bytes.resize(kFirstBlockRecordsOffset + 2 * kVertexRecordSize + 5);
     bytes[kFirstBlockCountOffset + 3] = 0x40;
     EXPECT_EQ(run(bytes, {1}), -1.0f);
-    EXPECT_EQ(written(), "# File exported by Clayvo plugin\n#Vertex count 2\n#Face count 0\n"
-                         "v 0 0 0\nv 1 -0.25 100000\n");
+    EXPECT_EQ(written(), header + "2\n#Face count 0\nv 0 0 0\nv 1 -0.25 100000\n");
 }
 
-// Through the typed exports, which share the module's face IDs: GetFaceIDsNeq empties
-// them first; every failed export leaves them for a retry, a written one consumes them.
+// The typed exports share the module's face IDs: GetFaceIDsNeq empties them first; a
+// failed export leaves them for a retry, a written one consumes them.
 TEST_F(ObjExport, TypedExportsShareTheModuleFaceIdsAndKeepThemOnFailure) {
     Mesh base;
     base.faces = {{0, 1, 2, 3}, {0, 1, 2, -1}};
-    const std::string basePath = dir.file("base.neq");
+    const std::string basePath = dir.file("base.neq"), missing = dir.file("missing");
     writeBytesToFile(basePath, buildNeqFacesFirst(base));
     writeBytesToFile(in, buildNeqForObjExport(quads(7)));
-    std::string outPath = out;
     std::string badOut = dir.file("no/such.obj");
 
     faceID = {7, 7, 7};
-    EXPECT_EQ(GetFaceIDsNeq(dir.file("missing").c_str(), 1.0), -1760.0f);
+    EXPECT_EQ(GetFaceIDsNeq(missing.c_str(), 1.0), -1760.0f);
     EXPECT_TRUE(faceID.empty()) << "emptied even when the file cannot be opened";
-    EXPECT_EQ(writeOBJfromNeq(dir.file("missing").c_str(), outPath.data()), -18.0f)
-        << "checked before the input is opened";
+    EXPECT_EQ(writeOBJfromNeq(missing.c_str(), out.data()), -18.0f) << "no IDs: checked first";
     faceID = {7, 7, 7};
     EXPECT_EQ(GetFaceIDsNeq(basePath.c_str(), 1.0), 2.0f) << "replaces, never appends";
-    EXPECT_EQ(writeOBJfromNeq(dir.file("missing").c_str(), outPath.data()), -1760.0f);
+    EXPECT_EQ(writeOBJfromNeq(missing.c_str(), out.data()), -1760.0f);
     EXPECT_EQ(writeOBJfromNeq(in.c_str(), badOut.data()), -2.0f);
     std::string full = "/dev/full";
     EXPECT_EQ(writeOBJfromNeq(in.c_str(), full.data()), -2.0f) << "a write that fails";
     EXPECT_FALSE(test::fileExists(out));
-    EXPECT_EQ(writeOBJfromNeq(basePath.c_str(), outPath.data()), 20001.0f);
+    EXPECT_EQ(writeOBJfromNeq(basePath.c_str(), out.data()), 20001.0f);
     EXPECT_EQ(faceID, (Ids{4, 3}));
-    EXPECT_EQ(writeOBJfromNeq(in.c_str(), outPath.data()), 0.0f);
+    EXPECT_EQ(writeOBJfromNeq(in.c_str(), out.data()), 0.0f);
     EXPECT_TRUE(faceID.empty());
-    EXPECT_EQ(writeOBJfromNeq(in.c_str(), outPath.data()), -18.0f) << "consumed";
+    EXPECT_EQ(writeOBJfromNeq(in.c_str(), out.data()), -18.0f) << "consumed";
     writeBytesToFile(basePath, buildNeqFacesFirst(Mesh{}));
     faceID = {1};
     EXPECT_EQ(GetFaceIDsNeq(basePath.c_str(), 1.0), 0.0f);
     EXPECT_TRUE(faceID.empty());
+
+    std::remove(out.c_str()); // the colour export tries its input first, then its output
+    EXPECT_EQ(ReadVertColorNeq(missing.c_str(), out.data()), -1760.0f);
+    EXPECT_FALSE(test::fileExists(out));
+    writeBytesToFile(in, buildNeqColoursFirst(colouredMesh(1)));
+    EXPECT_EQ(ReadVertColorNeq(in.c_str(), badOut.data()), -2.0f);
+    EXPECT_EQ(ReadVertColorNeq(in.c_str(), out.data()), 0.0f);
+    EXPECT_EQ(written(), rgbBlock("#RGB  0010f0\n"));
 }
 
 } // namespace

@@ -13,8 +13,7 @@ namespace neq::test {
 
 using UvRecord = std::array<float, 8>; // u0 v0 u1 v1 u2 v2 u3 v3
 
-// One quad per UV record, each over its own four vertices, with colours and a group
-// per face so that blocks follow the UV block.
+// One quad per UV record on its own four vertices; colours and groups follow the UVs.
 inline meshfile::Mesh uvMesh(const std::vector<UvRecord>& uvs) {
     meshfile::Mesh mesh;
     for (std::size_t f = 0; f < uvs.size(); ++f) {
@@ -36,12 +35,6 @@ inline meshfile::NeqBytes uvFile(const std::vector<UvRecord>& records) {
     meshfile::NeqBuilder builder;
     builder.block(meshfile::kVertexTag, 0, nullptr, 0).block(meshfile::kFaceTag, 0, nullptr, 0);
     return builder.block(meshfile::kUvTag, 0, nullptr, 0).terminator().take();
-}
-
-// Where the UV block's records start in buildNeqChain(mesh): file header, vertex block,
-// face block and the UV block's own header, counted here independently of the reader.
-inline std::size_t uvRecordsOffset(const meshfile::Mesh& mesh) {
-    return 32 + 16 + 12 * mesh.vertices.size() + 16 + 16 * mesh.faces.size() + 16;
 }
 
 } // namespace neq::test

@@ -9,8 +9,11 @@
 #include <sys/stat.h>
 
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <limits>
+#include <tuple>
+#include <utility>
 
 namespace neq::test {
 namespace {
@@ -25,31 +28,21 @@ std::vector<std::string> namesOf(const meshfile::UVTileSet& tiles) {
     return names;
 }
 
-std::uint32_t bitsOf(float value) {
-    std::uint32_t bits;
-    std::memcpy(&bits, &value, sizeof bits);
-    return bits;
-}
-
 TEST(UvTiles, CoordinateSplitShiftsNegativesDownOneTile) {
     const float kNaN = std::numeric_limits<float>::quiet_NaN();
     const float kInf = std::numeric_limits<float>::infinity();
     constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
-    const struct {
-        float c;
-        std::int32_t tile;
-        float local;
-    } cases[] = {
+    const std::tuple<float, std::int32_t, float> cases[] = {
         {0.3f, 0, 0.3f},    {1.0f, 1, 0.0f},      {1.25f, 1, 0.25f},  {-0.25f, -1, 0.75f},
         {-1.0f, -2, -0.0f}, {-0.0f, 0, -0.0f},    {-2.5f, -3, 0.5f},  {10.5f, 10, 0.5f},
         {3e9f, kMin, 0.0f}, {-3e9f, kMin, -0.0f}, {kInf, kMin, 0.0f},
     };
-    for (const auto& c : cases) {
-        const meshfile::TileCoordinate split = meshfile::splitCoordinate(c.c);
-        EXPECT_EQ(split.tile, c.tile) << c.c;
-        EXPECT_EQ(meshfile::tileIndexOf(c.c), c.tile) << c.c;
+    for (const auto& [c, tile, local] : cases) {
+        const meshfile::TileCoordinate split = meshfile::splitCoordinate(c);
+        EXPECT_EQ(split.tile, tile) << c;
+        EXPECT_EQ(meshfile::tileIndexOf(c), tile) << c;
         // Bit equality: -1.0 must come out as -0.0, exactly as the tile files carry it.
-        EXPECT_EQ(bitsOf(split.local), bitsOf(c.local)) << c.c;
+        EXPECT_EQ(std::memcmp(&split.local, &local, 4), 0) << c;
     }
     EXPECT_EQ(meshfile::splitCoordinate(kNaN).tile, kMin);
 }
@@ -65,118 +58,101 @@ TEST(UvTiles, NamesAndByteStringOrder) {
 }
 
 TEST(UvTiles, ScanUsesFirstPairAndReportsLastRecordsTile) {
-    const struct {
-        std::vector<UvRecord> records;
-        std::vector<std::string> tiles;
-        std::string last;
-    } cases[] = {
+    const std::tuple<std::vector<UvRecord>, std::vector<std::string>, std::string> cases[] = {
         {{{0.5f, 0.5f}, {1.5f, 0.2f}, {0.1f, 0.9f}}, {"_u0_v0", "_u1_v0"}, "_u0_v0"},
         {{}, {}, ""},
         // Later pairs never add a tile.
         {{{0.5f, 0.5f, 7.5f, 7.5f, -3.f, -3.f, 9.f, 9.f}}, {"_u0_v0"}, "_u0_v0"},
         {{{-0.25f, 0.5f}, {0.5f, -1.0f}}, {"_u-1_v0", "_u0_v-2"}, "_u0_v-2"},
     };
-    for (const auto& c : cases) {
-        const NeqBytes bytes = uvFile(c.records);
+    for (const auto& [records, tiles, last] : cases) {
+        const NeqBytes bytes = uvFile(records);
         const auto scan = meshfile::scanUvTiles(NeqView(bytes));
         ASSERT_TRUE(scan);
-        EXPECT_EQ(namesOf(scan->tiles), c.tiles);
-        EXPECT_EQ(scan->lastTileName, c.last);
+        EXPECT_EQ(namesOf(scan->tiles), tiles);
+        EXPECT_EQ(scan->lastTileName, last);
     }
 }
 
-// A UV block whose header or records run past the end: counts are clamped to the
-// records present, a header that does not fit is no block at all.
+// A UV block's count is clamped to the records present.
 TEST(UvTiles, HostileBlocksAreClamped) {
     const std::vector<UvRecord> records = {{0.5f, 0.5f}, {1.5f, 0.5f}, {2.5f, 0.5f}};
     const UvRecord* data = records.data();
-    const struct {
-        std::uint32_t claimedCount;
-        std::size_t recordsPresent;
-        std::size_t tiles;
-    } cases[] = {{3, 3, 3}, {0xFFFFFFFFu, 3, 3}, {2, 3, 2}, {0x80000000u, 1, 1}};
-    for (const auto& c : cases) {
+    const std::tuple<std::uint32_t, std::size_t, std::size_t> cases[] = {
+        {3, 3, 3}, {0xFFFFFFFFu, 3, 3}, {2, 3, 2}, {0x80000000u, 1, 1}};
+    for (const auto& [claimedCount, recordsPresent, tiles] : cases) {
         meshfile::NeqBuilder builder;
         builder.block(meshfile::kUvTag, 0, nullptr, 0);
         NeqBytes bytes = builder.take();
-        std::memcpy(&bytes[32 + 8], &c.claimedCount, 4);
+        std::memcpy(&bytes[32 + 8], &claimedCount, 4);
         const auto* raw = reinterpret_cast<const std::uint8_t*>(data);
-        bytes.insert(bytes.end(), raw, raw + 32 * c.recordsPresent);
+        bytes.insert(bytes.end(), raw, raw + 32 * recordsPresent);
         const auto scan = meshfile::scanUvTiles(NeqView(bytes));
         ASSERT_TRUE(scan);
-        EXPECT_EQ(scan->tiles.size(), c.tiles) << c.claimedCount;
+        EXPECT_EQ(scan->tiles.size(), tiles) << claimedCount;
         const auto split = meshfile::UvTileSplit::plan(NeqView(bytes));
         ASSERT_TRUE(split);
-        EXPECT_EQ(split->pairCount(), 4 * std::min<std::size_t>(c.claimedCount, c.recordsPresent));
+        EXPECT_EQ(split->pairCount(), 4 * std::min<std::size_t>(claimedCount, recordsPresent));
         // The copied header still claims what the input claimed.
         EXPECT_EQ(std::memcmp(split->tileImage(0).data(), bytes.data(), 48), 0);
     }
 }
 
 TEST(UvGroups, CountsDistinctSignedValues) {
-    const struct {
-        std::vector<std::int16_t> groups;
-        std::size_t distinct;
-    } cases[] = {{{1, 1, 2, 5, 2}, 3}, {{-1, 32767, -32768, 0, -1}, 4}, {{7}, 1}};
-    for (const auto& c : cases) {
-        meshfile::Mesh mesh = uvMesh(std::vector<UvRecord>(c.groups.size()));
-        mesh.groups = c.groups;
+    const std::pair<std::vector<std::int16_t>, std::size_t> cases[] = {
+        {{1, 1, 2, 5, 2}, 3}, {{-1, 32767, -32768, 0, -1}, 4}, {{7}, 1}};
+    for (const auto& [groups, distinct] : cases) {
+        meshfile::Mesh mesh = uvMesh(std::vector<UvRecord>(groups.size()));
+        mesh.groups = groups;
         const NeqBytes bytes = meshfile::buildNeqChain(mesh);
-        EXPECT_EQ(meshfile::countDistinctGroups(NeqView(bytes)), c.distinct);
+        EXPECT_EQ(meshfile::countDistinctGroups(NeqView(bytes)), distinct);
     }
 }
 
 using Names = std::vector<std::string>;
 
-class UvTilesSplit : public ::testing::Test {
-  protected:
-    std::string tileFile(int k) const { return dir.file("out" + std::to_string(k) + ".NeQ"); }
-    std::string golden(int k) const {
-        return readTestData("meshfile/split_tile" + std::to_string(k) + ".NeQ");
-    }
-    // Three quads in the tiles _u0_v0, _u1_v0 and _u-1_v0; their later pairs stray.
-    float split(Names& names, const char* base) const {
-        return api::hostCode(
-            meshfile::splitUvTiles(NEQBRIDGE_TEST_DATA "/meshfile/split_input.NeQ", base, names),
-            api::kCannotOpenInput);
-    }
-
+// Three quads in the tiles _u0_v0, _u1_v0 and _u-1_v0, their later pairs astray. Each file
+// holds the input up to the UV records, then every pair: in the tile, its place there;
+// outside, (-1, -1); then 16 zero bytes. One that cannot be created stops the loop.
+TEST(UvTilesSplit, WritesOneByteExactFilePerTileInNameOrderUntilOneFails) {
     TempDir dir;
+    const auto tileFile = [&dir](int k) { return dir.file("out" + std::to_string(k) + ".NeQ"); };
+    const auto golden = [](int k) {
+        return readTestData("meshfile/split_tile" + std::to_string(k) + ".NeQ");
+    };
+    const std::string input = NEQBRIDGE_TEST_DATA "/meshfile/split_input.NeQ";
     const std::string base = dir.file("out.NeQ");
-};
-
-TEST_F(UvTilesSplit, WritesOneByteExactFilePerTileInNameOrder) {
     Names names = {"left over"};
-    ASSERT_EQ(split(names, base.c_str()), 3.0f);
+    ASSERT_EQ(api::hostCode(meshfile::splitUvTiles(input.c_str(), base.c_str(), names),
+                            api::kCannotOpenInput),
+              3.0f);
     EXPECT_EQ(names, (Names{"_u-1_v0", "_u0_v0", "_u1_v0"}));
-    // Each holds the input up to the UV records, then every pair: in the tile, its place
-    // there (-1.0 lies in tile -2); outside, (-1, -1); then 16 zero bytes.
     for (int k = 0; k < 3; ++k)
         EXPECT_EQ(readFile(tileFile(k)), golden(k)) << k;
     EXPECT_FALSE(fileExists(tileFile(3)));
-}
 
-TEST_F(UvTilesSplit, UncreatableFileStopsTheLoopAndKeepsEarlierFiles) {
+    for (int k = 0; k < 3; ++k)
+        ASSERT_EQ(::remove(tileFile(k).c_str()), 0);
     ASSERT_EQ(::mkdir(tileFile(1).c_str(), 0700), 0);
-    Names names;
-    EXPECT_EQ(split(names, base.c_str()), 1502.0f);
+    EXPECT_EQ(api::hostCode(meshfile::splitUvTiles(input.c_str(), base.c_str(), names),
+                            api::kCannotOpenInput),
+              1502.0f);
     EXPECT_EQ(names, Names{"_u-1_v0"});
     EXPECT_EQ(readFile(tileFile(0)), golden(0));
     EXPECT_FALSE(fileExists(tileFile(2)));
     // A null base names no creatable file.
-    EXPECT_EQ(split(names, nullptr), 1501.0f);
+    EXPECT_EQ(
+        api::hostCode(meshfile::splitUvTiles(input.c_str(), nullptr, names), api::kCannotOpenInput),
+        1501.0f);
 }
 
 TEST(UvTilesSplitNames, StemIsTheBaseCutBeforeItsLastDot) {
-    const struct {
-        const char* base;
-        const char* firstFile;
-    } cases[] = {{"/tmp/Head.NeQ", "/tmp/Head0.NeQ"},
-                 {"/tmp/Head", "/tmp/Head0.NeQ"},
-                 {"/tmp/a.b/Head", "/tmp/a0.NeQ"},
-                 {"x.tar.gz", "x.tar0.NeQ"}};
-    for (const auto& c : cases)
-        EXPECT_EQ(meshfile::uvTileFilePath(meshfile::uvTileFileStem(c.base), 0), c.firstFile);
+    const std::pair<const char*, const char*> cases[] = {{"/tmp/Head.NeQ", "/tmp/Head0.NeQ"},
+                                                         {"/tmp/Head", "/tmp/Head0.NeQ"},
+                                                         {"/tmp/a.b/Head", "/tmp/a0.NeQ"},
+                                                         {"x.tar.gz", "x.tar0.NeQ"}};
+    for (const auto& [base, firstFile] : cases)
+        EXPECT_EQ(meshfile::uvTileFilePath(meshfile::uvTileFileStem(base), 0), firstFile);
     EXPECT_EQ(meshfile::uvTileFilePath("/t/H", 12), "/t/H12.NeQ");
 }
 

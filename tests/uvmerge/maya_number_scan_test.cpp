@@ -7,58 +7,36 @@
 #include <cstring>
 #include <random>
 #include <string>
+#include <utility>
 
 namespace neq::test {
 namespace {
 
-using uvmerge::LineCursor;
+using namespace uvmerge;
+using Read = std::pair<double, std::size_t>; // the value and the characters consumed
 
-struct Scanned {
-    double value;
-    std::size_t consumed;
-};
-
-template <class Scan> Scanned scan(const std::string& line, Scan scanner) {
+template <class Scan> Read scan(const std::string& line, Scan scanner) {
     LineCursor cursor{line.data(), line.data() + line.size()};
     const double value = scanner(cursor);
     return {value, static_cast<std::size_t>(cursor.pos - line.data())};
 }
 
-Scanned scanInt(const std::string& line) {
-    return scan(line, uvmerge::scanInt);
-}
-Scanned scanReal(const std::string& line) {
-    return scan(line, uvmerge::scanReal);
-}
-
-// The scanners done digit by digit, as written down: a real in double arithmetic, an
-// integer with its magnitude held at 2^31.
-float plainReal(const std::string& text) {
+// The scanners done digit by digit: a real in double arithmetic (the last point counts),
+// an integer (no point) with its magnitude held at 2^31; 0 when the line ends inside it.
+double plainNumber(const std::string& text, bool real) {
     double sign = 1, mantissa = 0, divisor = 0;
     for (char c : text) {
         if (c >= '0' && c <= '9') {
             mantissa = mantissa * 10 + (c - '0');
+            if (!real) mantissa = std::min(mantissa, 2147483648.0);
             divisor *= 10;
-        } else if (c == '.') {
+        } else if (c == '+' || c == '-') {
+            sign = c == '-' ? -1 : 1;
+        } else if (c == '.' && real) {
             divisor = 1;
-        } else if (c == '+' || c == '-') {
-            sign = c == '-' ? -1 : 1;
         } else {
-            return static_cast<float>(divisor > 0 ? sign * mantissa / divisor : sign * mantissa);
-        }
-    }
-    return 0; // ran into the end of the line
-}
-
-long long plainInt(const std::string& text) {
-    long long sign = 1, value = 0;
-    for (char c : text) {
-        if (c >= '0' && c <= '9') {
-            value = std::min(value * 10 + (c - '0'), 2147483648LL);
-        } else if (c == '+' || c == '-') {
-            sign = c == '-' ? -1 : 1;
-        } else {
-            return std::min(sign * value, 2147483647LL);
+            const double value = divisor > 0 ? sign * mantissa / divisor : sign * mantissa;
+            return real ? value : std::min(value, 2147483647.0);
         }
     }
     return 0;
@@ -73,47 +51,41 @@ std::string randomNumber(std::mt19937& random) {
     const int size = length(random);
     const bool messy = coin(random) < 3;
     const int point = std::uniform_int_distribution<int>(-1, size)(random);
-    for (int i = 0; i < size; ++i) {
-        if (i == point) text += '.';
-        text += messy ? kChars[pick(random)] : static_cast<char>('0' + pick(random) % 10);
-    }
-    if (coin(random) != 0) text += ';';
-    return text;
+    for (int i = 0; i < size; ++i)
+        text += std::string(i == point, '.') +
+                (messy ? kChars[pick(random)] : static_cast<char>('0' + pick(random) % 10));
+    return coin(random) != 0 ? text + ';' : text;
 }
 
 // One worked example of each rule; the comparisons below cover every shape.
 TEST(MayaNumberScan, SignsAnywhereNoExponentAndZeroAtTheLineEnd) {
-    EXPECT_EQ(scanInt(" \t1-2;").value, -12);
-    EXPECT_EQ(scanInt(" \t1-2;").consumed, 5u); // the ";" stays
-    EXPECT_EQ(scanReal("2.5.5;").value, 25.5);  // the last point counts
-    EXPECT_EQ(scanReal("1e-3 ").value, 1);
-    EXPECT_EQ(scanReal("1e-3 ").consumed, 1u);
-    EXPECT_EQ(scanInt("123").value, 0); // ran into the end of the line
-    EXPECT_EQ(scanInt("123").consumed, 3u);
-    EXPECT_EQ(scanInt("-2147483648 ").value, -2147483648.0); // saturated magnitudes
-    EXPECT_EQ(scanInt("2147483648 ").value, 2147483647);
+    EXPECT_EQ(scan(" \t1-2;", scanInt), Read(-12, 5));  // the ";" stays
+    EXPECT_EQ(scan("2.5.5;", scanReal), Read(25.5, 5)); // the last point counts
+    EXPECT_EQ(scan("1e-3 ", scanReal), Read(1, 1));
+    EXPECT_EQ(scan("123", scanInt), Read(0, 3)); // ran into the end of the line
+    EXPECT_EQ(scan("-2147483648 ", scanInt), Read(-2147483648.0, 11)); // saturated magnitudes
+    EXPECT_EQ(scan("2147483648 ", scanInt), Read(2147483647, 10));
 }
 
-// Mantissas gathered in an integer and divided once, and the shortcuts for the usual
-// forms, give what digit-by-digit arithmetic gives, for every shape of number, alone or
-// with more text after it on the line (as in a data line), and every split of up to 17
-// digits around the point (15 are gathered in an integer).
+// Integer mantissas divided once and the shortcuts for usual forms match the digit-by-digit
+// results: random shapes, alone or followed by more text, and every split of up to 17
+// digits around the point (15 fit the integer mantissa).
 TEST(MayaNumberScan, ScannersMatchDigitByDigitArithmetic) {
     const auto check = [](const std::string& number, const std::string& after) {
         const std::string line = number + after;
         if (line.empty() || line[0] == ' ' || line[0] == '\t') return; // no number there
-        const Scanned real = scanReal(line), integer = scanInt(line);
-        const float value = static_cast<float>(real.value);
-        const float plain = plainReal(line);
+        const Read real = scan(line, scanReal), integer = scan(line, scanInt);
+        const float value = static_cast<float>(real.first);
+        const float plain = static_cast<float>(plainNumber(line, true));
         ASSERT_EQ(std::memcmp(&value, &plain, sizeof value), 0) << line;
-        ASSERT_EQ(integer.value, plainInt(line)) << line;
+        ASSERT_EQ(integer.first, plainNumber(line, false)) << line;
         // Both stop at the first character no number of their kind is made of.
         const auto stop = [&line](const char* chars) {
             const std::size_t at = line.find_first_not_of(chars);
             return at == std::string::npos ? line.size() : at;
         };
-        ASSERT_EQ(real.consumed, stop("0123456789.+-")) << line;
-        ASSERT_EQ(integer.consumed, stop("0123456789+-")) << line;
+        ASSERT_EQ(real.second, stop("0123456789.+-")) << line;
+        ASSERT_EQ(integer.second, stop("0123456789+-")) << line;
     };
     std::mt19937 random(11);
     for (int i = 0; i < 300000; ++i) {
@@ -137,12 +109,12 @@ TEST(MayaNumberScan, ScannersMatchDigitByDigitArithmetic) {
 TEST(MayaNumberScan, SkippingNumbersAndSeeingTheRestReadAsZero) {
     std::string line = "  +1.5-2 x";
     LineCursor cursor{line.data(), line.data() + line.size()};
-    EXPECT_FALSE(uvmerge::restReadsAsZero(cursor));
-    uvmerge::skipNumber(cursor);
+    EXPECT_FALSE(restReadsAsZero(cursor));
+    skipNumber(cursor);
     EXPECT_EQ(cursor.pos, line.data() + 8);
-    EXPECT_TRUE(uvmerge::restReadsAsZero(cursor)); // "x" ends every number at once
+    EXPECT_TRUE(restReadsAsZero(cursor)); // "x" ends every number at once
     cursor.pos = cursor.end;
-    EXPECT_TRUE(uvmerge::restReadsAsZero(cursor));
+    EXPECT_TRUE(restReadsAsZero(cursor));
 }
 
 } // namespace
