@@ -1,5 +1,4 @@
-// The folder stream the host's entries share, exported as `folder`; the entries' results
-// through the host's calls are in the transcript host_entries.txt.
+// The entries' results are in the transcript host_entries.txt; here, their shared stream.
 
 #include "support/host_library.h"
 #include "support/temp_dir.h"

@@ -49,7 +49,6 @@ TEST(FolderExports, ClearFolderDeletesDottedNamesBesideTheBackslashFolder) {
     EXPECT_FALSE(fileExists(box + "a.txt"));
 }
 
-// getSharedFolder is tested through GetPublicFolder with the other file services.
 TEST(FolderExports, ChosenFileIsACallerOwnedCopy) {
     TempDir bin;
     ScopedEnvironmentVariable path("PATH", bin.path());

@@ -3,6 +3,7 @@
 #include "bridge/vd_neq.h"
 #include "bridge/vd_neq_app.h"
 
+#include "support/case_table.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +11,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <sstream>
 #include <string>
 
 namespace neq::test {
@@ -24,12 +24,10 @@ std::string str(const VDString& s) {
 TEST(SharedFolder, TheVariableMovesEveryNameButTheRootIsRefused) {
     TempDir dir;
     ASSERT_EQ(::symlink("/", dir.file("root").c_str()), 0);
-    std::istringstream lines(readTestData("bridge/shared_folders.txt") + dir.file("root") +
-                             " | \n");
-    for (std::string line; std::getline(lines, line);) {
-        const std::size_t bar = line.find(" | ");
-        if (line[0] == '#') continue;
-        const std::string value = line.substr(0, bar), root = line.substr(bar + 3);
+    std::vector<CaseRow> rows = readCaseTable("bridge/shared_folders.txt");
+    rows.push_back({dir.file("root"), ""});
+    for (const CaseRow& row : rows) {
+        const std::string &value = row[0], &root = row[1];
         SCOPED_TRACE(value);
         const auto names =
             bridge::sharedFolderNamesFor(value == "(unset)" ? nullptr : value.c_str());
@@ -159,25 +157,22 @@ TEST(NeQApp, CopiesKeepTheirOwnTokens) {
     source.m_name.set("Maya");
     source.m_version = 7;
     source.m_flags = 0x5;
-    VDNeQAppParser copy(source);
+    VDNeQAppParser copy(source), assigned;
     EXPECT_NE(copy.getParser().getTokens(), source.getParser().getTokens());
     source.m_name.set("changed");
-    VDNeQAppParser assigned;
     const VDGenericConfigFileToken* ownTokens = assigned.getParser().getTokens();
     assigned.m_extension.set(".x");
     assigned = copy;
     EXPECT_EQ(assigned.getParser().getTokens(), ownTokens);
-    for (const VDNeQApp* record :
-         {static_cast<VDNeQApp*>(&copy), static_cast<VDNeQApp*>(&assigned)}) {
-        EXPECT_EQ(str(record->m_id) + str(record->m_name) + str(record->m_extension), "mayaMaya");
-        EXPECT_EQ(record->m_version, 7);
-        EXPECT_EQ(record->m_flags, 0x5u);
-    }
+    const auto fields = [](const VDNeQApp& record) {
+        return str(record.m_id) + str(record.m_name) + str(record.m_extension) +
+               std::to_string(record.m_version) + std::to_string(record.m_flags);
+    };
+    EXPECT_EQ(fields(copy), "mayaMaya75");
+    EXPECT_EQ(fields(assigned), "mayaMaya75");
     VDNeQApp record = copy;
     record.clear();
-    EXPECT_EQ(str(record.m_id) + str(record.m_name) + std::to_string(record.m_version) +
-                  std::to_string(record.m_flags),
-              "10");
+    EXPECT_EQ(fields(record), "10");
 }
 
 } // namespace

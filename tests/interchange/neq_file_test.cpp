@@ -1,6 +1,7 @@
 #include "interchange/sample_meshes.h"
 
 #include "meshfile/neq_file.h"
+#include "support/case_table.h"
 #include "support/temp_dir.h"
 #include "tooling/neq_writer.h"
 
@@ -87,41 +88,25 @@ TEST(NeqFile, EveryTruncationIsAnErrorOrAWholeChainOfBlocks) {
     }
 }
 
-// A file with one block's field replaced, and the message it must give.
-struct Malformed {
-    std::size_t offset; // of the little-endian word to set, in writeNeq's output
-    std::uint32_t value;
-    const char* message;
-};
-
-TEST(NeqFile, MalformedBlocksNameTheBlockTheOffsetAndTheFault) {
-    // Blocks of the sample: vertex at 32 (76 bytes), face at 108 (48), UV at 156 (80),
-    // colour at 236 (36), group at 272 (20), terminator at 292.
-    const Malformed cases[] = {
-        {32 + 16 + 60 + 20, 5,
-         "m.NeQ: offset 128: face block: face 0 corner 1 names vertex 5 of 5"},
-        {108 + 16 + 16, 0x80000000u,
-         "m.NeQ: offset 140: face block: face 1 corner 0 names vertex -2147483648 of 5"},
-        {236 + 8, 4, "m.NeQ: offset 236: colour block: 4 records for 5 vertices"},
-        {156 + 8, 1, "m.NeQ: offset 156: UV block: 1 records for 2 faces"},
-        {272 + 8, 3, "m.NeQ: offset 272: group block: 3 records need 22 bytes but the block is 20"},
-        {156 + 4, 5000,
-         "m.NeQ: offset 156: UV block (tag 25001): length 5000 runs past the end "
-         "of the file (152 bytes left)"},
-        {156 + 4, 8,
-         "m.NeQ: offset 156: UV block (tag 25001): length 8 is shorter than its "
-         "16-byte header"},
-        {156, 20001, "m.NeQ: offset 156: a second face block (the first is at offset 108)"},
-        {32, 1, "m.NeQ: offset 32: the file has no vertex block"},
-        {108, 0, "m.NeQ: offset 32: the file has no face block"},
-    };
+// One table for the three readers: each message names the file, the place and the fault.
+TEST(MeshReaders, MalformedInputNamesTheFileThePlaceAndTheFault) {
     const std::string good = writeNeq(sampleMesh());
-    for (const Malformed& c : cases) {
-        std::string bytes = good;
-        std::memcpy(&bytes[c.offset], &c.value, 4);
-        EXPECT_EQ(test::errorOf<FormatError>([&] { readNeq(bytes, "m.NeQ"); }), c.message);
+    for (const neq::test::CaseRow& row : neq::test::readCaseTable("interchange/malformed.txt")) {
+        const std::string& file = row[0];
+        std::string bytes = row[1];
+        if (file == "m.NeQ") {
+            const auto value =
+                static_cast<std::uint32_t>(std::stoul(row[1].substr(row[1].find(' '))));
+            bytes = good;
+            std::memcpy(&bytes[std::stoul(row[1])], &value, 4);
+        }
+        EXPECT_EQ(test::errorOf<FormatError>([&] {
+                      file == "m.NeQ"     ? readNeq(bytes, file)
+                      : file == "bad.obj" ? readObj(bytes, file)
+                                          : readGltf(bytes, file);
+                  }),
+                  file + ": " + row[2]);
     }
-    EXPECT_THROW(readNeq(good.substr(0, 31), "m.NeQ"), FormatError);
 }
 
 TEST(NeqFile, MeshFilesRefuseWhatTheyCannotReadAndReplaceAtomically) {
@@ -130,15 +115,10 @@ TEST(NeqFile, MeshFilesRefuseWhatTheyCannotReadAndReplaceAtomically) {
     writeMeshFile(path, sampleMesh());
     test::expectSameMesh(readMeshFile(path), sampleMesh());
     EXPECT_EQ(neq::test::listFolder(dir.path()), std::vector<std::string>{"a.neq"});
-    const std::pair<std::string, std::string> refusals[] = {
-        {dir.file("none.NeQ"), dir.file("none.NeQ") + ": No such file or directory"},
-        {dir.path() + "/.", dir.path() + "/.: the extension names no mesh format (.NeQ, .obj, "
-                                         ".glb or .gltf)"},
-        {dir.file("a.txt"), dir.file("a.txt") + ": the extension names no mesh format (.NeQ, "
-                                                ".obj, .glb or .gltf)"},
-    };
-    for (const auto& refusal : refusals)
-        EXPECT_EQ(test::errorOf<FileError>([&] { readMeshFile(refusal.first); }), refusal.second);
+    const std::string noFormat = ": the extension names no mesh format (.NeQ, .obj, .glb or .gltf)";
+    for (const std::string& file : {dir.file("none.NeQ"), dir.path() + "/.", dir.file("a.txt")})
+        EXPECT_EQ(test::errorOf<FileError>([&] { readMeshFile(file); }),
+                  file + (file == dir.file("none.NeQ") ? ": No such file or directory" : noFormat));
 }
 
 TEST(MeshModel, ValidateNamesTheArrayAndTheFault) {

@@ -1,13 +1,13 @@
 #include "meshfile/face_ids.h"
 #include "meshfile/neq_file.h"
 #include "neqbridge/neqbridge.hpp"
+#include "support/case_table.h"
 #include "support/temp_dir.h"
 #include "tooling/neq_writer.h"
 #include "tooling/sample_mesh.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <stdexcept>
@@ -100,16 +100,9 @@ Mesh twoQuadsOneTriangle() {
     return mesh;
 }
 
-// Past the 32-bit range the power saturates rather than converting undefinedly.
 TEST(FaceIds, MultiplierIsFourToTheLevelMinusOneTruncated) {
-    const double kInf = std::numeric_limits<double>::infinity();
-    const std::uint32_t kMax = 2147483647u;
-    const std::pair<double, std::uint32_t> cases[] = {
-        {0, 0},  {1, 1},         {2, 4},     {3, 16},      {1.5, 2},
-        {-3, 0}, {16, 1u << 30}, {17, kMax}, {kInf, kMax}, {std::nan(""), 0},
-    };
-    for (const auto& [level, multiplier] : cases)
-        EXPECT_EQ(subdivisionMultiplier(level), multiplier) << level;
+    for (const test::CaseRow& row : test::readCaseTable("meshfile/subdivision_multipliers.txt"))
+        EXPECT_EQ(subdivisionMultiplier(std::stod(row[0])), std::stoul(row[1])) << row[0];
 }
 
 // 4·m per quad, 3·m per triangle; at level 16, 4 * 2^30 wraps to 0 in the unsigned entries.

@@ -3,18 +3,18 @@
 #include "uvmerge/maya_file_rewrite.h"
 #include "uvmerge/maya_uv_rewrite.h"
 
-#include "tooling/sample_mesh.h"
+#include "support/case_table.h"
 #include "support/child_process.h"
 #include "support/host_library.h"
 #include "support/temp_dir.h"
 #include "tooling/maya_mesh_writer.h"
+#include "tooling/sample_mesh.h"
 #include "uvmerge/vd_uv_merge_algo.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
 
-#include <sstream>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -65,24 +65,13 @@ struct QuadVariant {
     std::string scene, expected;
 };
 
-// quad.ma changed by each line "FROM | TO | EXPECTED" of tests/data/uvmerge/NAME.
+// quad.ma changed by each row FROM|TO|EXPECTED of tests/data/uvmerge/NAME.
 std::vector<QuadVariant> quadVariants(const std::string& name) {
-    const auto unescaped = [](std::string text) {
-        for (const auto& [escape, meaning] : {std::pair<const char*, std::string>{"\\n", "\n"},
-                                              {"\\t", "\t"},
-                                              {"\\9", std::string(400, '9')}})
-            for (std::size_t at; (at = text.find(escape)) != std::string::npos;)
-                text.replace(at, 2, meaning);
-        return text;
-    };
     std::vector<QuadVariant> variants;
-    std::istringstream lines(readTestData("uvmerge/" + name));
-    for (std::string line; std::getline(lines, line);) {
-        const std::size_t to = line.find(" | "), expected = line.find(" | ", to + 3);
-        if (line[0] == '#' || expected == std::string::npos) continue;
-        variants.push_back({replaced(quadScene(), unescaped(line.substr(0, to)),
-                                     unescaped(line.substr(to + 3, expected - to - 3))),
-                            unescaped(line.substr(expected + 3))});
+    for (CaseRow row : readCaseTable("uvmerge/" + name)) {
+        const std::size_t nines = row[1].find("NINES");
+        if (nines != std::string::npos) row[1].replace(nines, 5, std::string(400, '9'));
+        variants.push_back({replaced(quadScene(), row[0], row[1]), row[2]});
     }
     EXPECT_GT(variants.size(), 7u) << name;
     return variants;
