@@ -1,5 +1,4 @@
-"""Shared fixtures: the tool (the oracle for every operation the package wraps) and the
-files its demo writes."""
+"""The tool (the oracle for every operation the package wraps) and its demo's files."""
 
 import os
 import shutil
@@ -21,6 +20,12 @@ def run_tool(*args, env=None):
     done = subprocess.run([CLI, *args], capture_output=True, env=env)
     assert done.returncode == 0, f"{args}: {done.stderr.decode()}"
     return done.stdout
+
+
+def assert_same_files(folder, other):
+    assert sorted(os.listdir(folder)) == sorted(os.listdir(other))
+    for name in os.listdir(folder):
+        assert (folder / name).read_bytes() == (other / name).read_bytes(), name
 
 
 @pytest.fixture(scope="session")

@@ -1,6 +1,5 @@
-"""Runs every file-reading operation of the package on each file named on the command
-line, in one interpreter. Exceptions of the documented kinds are expected; anything else
-ends the run with an error, and a crash ends the process: the test sees either."""
+"""Runs every file-reading operation on each file named, in one interpreter: an exception
+not of the documented kinds, or a crash, fails the run."""
 
 import os
 import sys

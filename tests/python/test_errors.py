@@ -4,7 +4,6 @@ file and where in it."""
 import errno
 import os
 import pickle
-import shutil
 import tempfile
 
 import pytest
@@ -42,31 +41,23 @@ def test_folder_given_for_a_file(tmp_path):
 
 
 def test_unreadable_file_is_a_permission_error():
-    """In a child that has become an ordinary user when the tests run as root, since root
-    reads anything; the child's exit status says what it saw."""
-    folder = tempfile.mkdtemp()
-    os.chmod(folder, 0o755)
-    path = os.path.join(folder, "locked.NeQ")
-    with open(path, "wb") as file:
-        file.write(b"\0" * 64)
-    os.chmod(path, 0)
-    child = os.fork()
-    if child == 0:
-        status = 3  # anything else went wrong
-        try:
-            if os.getuid() == 0:
-                os.setgid(65534)
-                os.setuid(65534)
-            neqbridge.group_count(path)
-            status = 1  # no error
-        except PermissionError as error:
-            status = 0 if (error.errno, error.filename) == (errno.EACCES, path) else 2
-        finally:
-            os._exit(status)
-    try:
+    """Root reads anything: a forked child becomes an ordinary user; its status tells."""
+    with tempfile.TemporaryDirectory() as folder:
+        os.chmod(folder, 0o755)
+        path = os.path.join(folder, "locked.NeQ")
+        open(path, "wb").close()
+        os.chmod(path, 0)
+        child = os.fork()
+        if child == 0:
+            try:
+                if os.getuid() == 0:
+                    os.setgid(65534), os.setuid(65534)
+                neqbridge.group_count(path)
+            except PermissionError as error:
+                os._exit(0 if (error.errno, error.filename) == (errno.EACCES, path) else 2)
+            finally:
+                os._exit(1)
         assert os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]) == 0
-    finally:
-        shutil.rmtree(folder)
 
 
 # (file content, operation, where, words in the reason)
