@@ -1,5 +1,7 @@
 """Round trips through each format, and conversions equal to the tool's."""
 
+from concurrent.futures import ThreadPoolExecutor
+
 import numpy as np
 import pytest
 
@@ -67,8 +69,6 @@ def test_convert_writes_what_the_tool_writes(demo, tmp_path, extension, options,
 
 
 def test_threads_read_and_write_side_by_side(demo, tmp_path):
-    from concurrent.futures import ThreadPoolExecutor
-
     mesh = neqbridge.read(demo / "base.NeQ")
 
     def round_trip(k):
