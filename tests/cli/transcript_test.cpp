@@ -32,16 +32,14 @@ std::vector<Step> parseTranscript(const std::string& text) {
             steps.push_back({rest, "", "", 0, number});
             continue;
         }
-        if (steps.empty()) ADD_FAILURE() << "line " << number << " before any command";
-        if (steps.empty()) continue;
-        if (line[0] == '>')
+        if (!steps.empty() && line[0] == '>')
             steps.back().output += rest + "\n";
-        else if (line[0] == '!')
+        else if (!steps.empty() && line[0] == '!')
             steps.back().errors += rest + "\n";
-        else if (line[0] == '?')
+        else if (!steps.empty() && line[0] == '?')
             steps.back().exitCode = std::atoi(rest.c_str());
         else
-            ADD_FAILURE() << "line " << number << ": unknown kind '" << line << "'";
+            ADD_FAILURE() << "line " << number << ": before any command or unknown: " << line;
     }
     return steps;
 }

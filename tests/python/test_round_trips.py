@@ -2,23 +2,14 @@
 
 from concurrent.futures import ThreadPoolExecutor
 
-import numpy as np
 import pytest
 
 import neqbridge
-from conftest import assert_same_files, needs_meshes, run_tool
+from conftest import assert_same_files, assert_same_mesh, needs_meshes, run_tool
 
 pytestmark = needs_meshes
 
 FORMATS = [".NeQ", ".obj", ".glb", ".gltf"]
-
-
-def assert_same_mesh(got, want, uv_tolerance=0.0):
-    for name in ("vertices", "faces", "colors", "groups"):
-        np.testing.assert_array_equal(getattr(got, name), getattr(want, name), err_msg=name)
-    assert (got.uvs is None) == (want.uvs is None)
-    if want.uvs is not None:
-        np.testing.assert_allclose(got.uvs, want.uvs, rtol=0, atol=uv_tolerance)
 
 
 @pytest.mark.parametrize("extension", FORMATS)

@@ -28,10 +28,7 @@ done
 NODE_PATH="$tools/node_modules" node "$here/gltf-validate.js" \
     "$work/mesh.glb" "$work/embedded.gltf" "$work/side.gltf" "$work/flat.glb"
 for file in mesh.glb embedded.gltf side.gltf mesh.obj flat.glb; do
-    if ! assimp info "$work/$file" >"$work/assimp.txt" 2>&1; then
-        echo "assimp cannot read $file:"
-        cat "$work/assimp.txt"
-        exit 1
-    fi
+    assimp info "$work/$file" >"$work/assimp.txt" 2>&1 ||
+        { echo "assimp cannot read $file:"; cat "$work/assimp.txt"; exit 1; }
     echo "assimp reads $file: $(grep -E '^(Vertices|Faces):' "$work/assimp.txt" | xargs)"
 done
