@@ -53,8 +53,7 @@ def export_neq(filepath, record=""):
 
 
 def write_record(name, lines):
-    with open(path(name), "w") as f:
-        f.write('NAME "Test"\n' + "".join(f"{line} True\n" for line in lines))
+    Path(path(name)).write_text('NAME "Test"\n' + "".join(f"{line} True\n" for line in lines))
     return path(name)
 
 
