@@ -1,10 +1,5 @@
-"""The Blender add-on in a real Blender, headless:
-
-    blender -b --factory-startup --python-exit-code 1 -P addon_test.py -- TOOL WORKDIR
-
-with the add-on and the `neqbridge` package installed where Blender finds them
-(tests/blender/run does that). Writes WORKDIR/source.NeQ for the bridge round trip.
-"""
+"""The add-on's operators in a headless Blender (run by tests/blender/run, which installs
+the add-on): blender -b -P addon_test.py -- TOOL WORKDIR. Leaves WORKDIR/source.NeQ."""
 
 import os
 import subprocess
@@ -58,8 +53,7 @@ def export_neq(filepath, record=""):
 
 
 def write_record(name, lines):
-    with open(path(name), "w") as f:
-        f.write('NAME "Test"\n' + "".join(f"{line} True\n" for line in lines))
+    Path(path(name)).write_text('NAME "Test"\n' + "".join(f"{line} True\n" for line in lines))
     return path(name)
 
 
@@ -75,10 +69,6 @@ def test_import_brings_every_attribute():
     rgb = np.rint(get(color.data, "color_srgb", np.float32, 4)[:, :3] * 255)
     assert np.array_equal(rgb, COLORS)
     assert np.array_equal(get(data.attributes["polygroup"].data, "value", np.int32, 1), GROUPS)
-
-
-def test_export_gives_the_source_back():
-    import_neq(SOURCE)
     assert export_neq(path("exported.NeQ")) == Path(SOURCE).read_bytes()
 
 
@@ -103,10 +93,8 @@ def test_each_flag_applied_on_import_and_undone_on_export():
         assert "polygroup" in data.attributes, keys
         assert export_neq(path(f"flags{i}.NeQ"), record) == Path(SOURCE).read_bytes(), keys
 
-
-def test_polygroups_only_with_their_flag():
-    data = import_neq(SOURCE, write_record("no_groups.txt", ["IMPORT_FLIP_X"]))
-    assert "polygroup" not in data.attributes
+    without_groups = import_neq(SOURCE, write_record("no_groups.txt", ["IMPORT_FLIP_X"]))
+    assert "polygroup" not in without_groups.attributes  # only with their flag
 
 
 def export_with_a_group_id_too_large(**arguments):
@@ -115,20 +103,19 @@ def export_with_a_group_id_too_large(**arguments):
 
 
 def test_failures_are_error_reports_naming_the_file():
-    with open(path("cut.NeQ"), "wb") as f:
-        f.write(Path(SOURCE).read_bytes()[:100])
-    cases = [  # operator, arguments, the file the report must name
-        (bpy.ops.import_mesh.neq, {"filepath": path("cut.NeQ")}, path("cut.NeQ")),
-        (bpy.ops.import_mesh.neq, {"filepath": path("absent.NeQ")}, path("absent.NeQ")),
-        (bpy.ops.import_mesh.neq, {"filepath": SOURCE, "record": path("absent.txt")},
-         path("absent.txt")),
-        (bpy.ops.export_mesh.neq, {"filepath": path("no/folder/x.NeQ")}, path("no/folder/x.NeQ")),
-        (bpy.ops.neqbridge.receive, {}, "NeQ_ObjectList.txt"),
-        (export_with_a_group_id_too_large, {"filepath": path("groups.NeQ")}, path("groups.NeQ")),
+    Path(path("cut.NeQ")).write_bytes(Path(SOURCE).read_bytes()[:100])
+    cases = [  # operator, arguments: the report names the record, else the mesh file
+        (bpy.ops.import_mesh.neq, {"filepath": path("cut.NeQ")}),
+        (bpy.ops.import_mesh.neq, {"filepath": path("absent.NeQ")}),
+        (bpy.ops.import_mesh.neq, {"filepath": SOURCE, "record": path("absent.txt")}),
+        (bpy.ops.export_mesh.neq, {"filepath": path("no/folder/x.NeQ")}),
+        (bpy.ops.neqbridge.receive, {}),
+        (export_with_a_group_id_too_large, {"filepath": path("groups.NeQ")}),
     ]
     import_neq(SOURCE)
     objects = len(bpy.data.objects)
-    for operator, arguments, named in cases:
+    for operator, arguments in cases:
+        named = arguments.get("record", arguments.get("filepath", "NeQ_ObjectList.txt"))
         try:
             operator(**arguments)
         except RuntimeError as error:  # how Blender hands a script an ERROR report
@@ -158,8 +145,7 @@ def test_polygons_of_more_than_four_corners_become_a_fan():
 
 
 def test_blenders_own_importers_read_what_convert_writes():
-    import numpy
-    numpy.bool = bool  # Blender 3.4's glTF importer still uses the alias NumPy removed
+    np.bool = bool  # Blender 3.4's glTF importer still uses the alias NumPy removed
     triangles = len(neqbridge.read(SOURCE).triangles())
     for name, importer, faces, corners in [
             ("x.obj", bpy.ops.wm.obj_import, len(FACES), CORNERS.sum()),

@@ -1,5 +1,4 @@
-// The help layout every command of the tool shares; usage errors, --version and where
-// data and messages go are in the transcript conventions.txt.
+// The help layout every command shares; the other conventions are in conventions.txt.
 
 #include "support/tool_run.h"
 
@@ -21,8 +20,7 @@ std::vector<std::string> linesOf(const std::string& text) {
 }
 
 // usage line, empty line, one paragraph, empty line, then one aligned row per argument
-// and option, -q and -h last; for every command the overview lists ("  NAME  summary"),
-// so that each one added later is held to the same layout.
+// and option, -q and -h last: for every command the overview lists, later ones included.
 TEST(ToolConventions, EveryHelpTextHasOneLayout) {
     std::vector<std::string> commands;
     for (const std::string& line : linesOf(runTool("--help").output))

@@ -21,14 +21,18 @@ TEST(TilesCommand, RefusesRunawaySplitsUnlessForced) {
     meshfile::writeBytesToFile(dir.file("many.NeQ"), uvFile(manyTiles));
     meshfile::writeBytesToFile(dir.file("big.NeQ"), uvFile(bigFiles));
     // Forced, the split goes on to write (here into a folder that is not there).
-    expectRuns({{"tiles many.NeQ t --split", 1,
-                 "neqbridge tiles: splitting 'many.NeQ' would write 1001 tile files of 96192 "
-                 "bytes, 96288192 bytes in all (more than 1000 files); nothing was written; add "
-                 "--force to write them\n"},
-                {"tiles big.NeQ t --split", 1, "(more than 1 GiB); nothing was written"},
-                {"tiles many.NeQ none/t --split --force", 1,
-                 "tiles: cannot create output 'none/t0.NeQ': No such file"}},
-               "cd " + dir.path() + " &&");
+    for (const auto& [arguments, message] : std::vector<std::pair<std::string, std::string>>{
+             {"tiles many.NeQ t --split",
+              "neqbridge tiles: splitting 'many.NeQ' would write 1001 tile files of 96192 bytes, "
+              "96288192 bytes in all (more than 1000 files); nothing was written; add --force to "
+              "write them\n"},
+             {"tiles big.NeQ t --split", "(more than 1 GiB); nothing was written"},
+             {"tiles many.NeQ none/t --split --force",
+              "tiles: cannot create output 'none/t0.NeQ': No such file"}}) {
+        const ToolRun run = runTool(arguments, true, "cd " + dir.path() + " &&");
+        EXPECT_EQ(run.exitCode, 1) << arguments;
+        EXPECT_NE(run.output.find(message), std::string::npos) << arguments << "\n" << run.output;
+    }
     EXPECT_EQ(listFolder(dir.path()), (std::vector<std::string>{"big.NeQ", "many.NeQ"}));
 }
 

@@ -1,12 +1,7 @@
-// Replays the tool's transcripts in tests/data/cli/transcripts: each is a shell session
-// in a fresh folder, with `neqbridge` on PATH. A transcript holds
-//   $ COMMAND      a shell command line, run with /bin/sh in the folder
-//   > TEXT         a line it must print on standard output (">" alone: an empty line)
-//   ! TEXT         a line it must print on standard error
-//   ? N            its exit status (0 when absent)
-// and "#" comments. Output must match exactly; the folder's path reads "$TMP". DATA names
-// tests/data, for the small files a transcript starts from. Transcripts whose name starts
-// with "interchange_" need the conversions and run only when they are built.
+// Replays tests/data/cli/transcripts: each a /bin/sh session in a fresh folder ("$TMP"),
+// `neqbridge` on PATH, DATA naming tests/data. Lines: "$ COMMAND", "> STDOUT LINE",
+// "! STDERR LINE", "? EXIT STATUS" (0 when absent), "# comment"; output matches exactly.
+// "interchange_*" transcripts run only when the conversions are built.
 
 #include "support/temp_dir.h"
 
@@ -37,16 +32,14 @@ std::vector<Step> parseTranscript(const std::string& text) {
             steps.push_back({rest, "", "", 0, number});
             continue;
         }
-        if (steps.empty()) ADD_FAILURE() << "line " << number << " before any command";
-        if (steps.empty()) continue;
-        if (line[0] == '>')
+        if (!steps.empty() && line[0] == '>')
             steps.back().output += rest + "\n";
-        else if (line[0] == '!')
+        else if (!steps.empty() && line[0] == '!')
             steps.back().errors += rest + "\n";
-        else if (line[0] == '?')
+        else if (!steps.empty() && line[0] == '?')
             steps.back().exitCode = std::atoi(rest.c_str());
         else
-            ADD_FAILURE() << "line " << number << ": unknown kind '" << line << "'";
+            ADD_FAILURE() << "line " << number << ": before any command or unknown: " << line;
     }
     return steps;
 }
@@ -57,8 +50,6 @@ std::string replaced(std::string text, const std::string& from, const std::strin
     return text;
 }
 
-// Each step runs with /bin/sh in the transcript's folder, as a user of the installed tool
-// would run it.
 void replay(const std::string& name) {
     const TempDir work, scratch;
     const std::string tool = NEQBRIDGE_CLI_PATH;
@@ -81,8 +72,7 @@ void replay(const std::string& name) {
     }
 }
 
-// One test per file, each well under a second and run in parallel by CTest. The build
-// depends on the folder's files, so that a new transcript is registered at the next build.
+// One test per file, so that CTest runs them in parallel.
 std::vector<std::string> transcriptNames() {
     std::vector<std::string> names;
     for (const std::string& name : listFolder(NEQBRIDGE_TEST_DATA "/cli/transcripts"))

@@ -1,8 +1,6 @@
 #!/usr/bin/env bash
-# The shared library exports its interface and nothing else. Allowed: the names listed
-# in EXPORTS, and anything that belongs to a class whose name starts with VD (members,
-# static data, vtables, typeinfo). Required: every listed name, and a declaration in the
-# public C header for every plain C function exported (the host entries).
+# The shared library exports the names listed in EXPORTS, every one of them, and whatever
+# belongs to a class named VD*; every plain C function exported is declared in C_HEADER.
 # usage: check_exports.sh LIBRARY EXPORTS C_HEADER
 set -euo pipefail
 library=$1 list=$2 header=$3
@@ -23,8 +21,7 @@ undeclared=$(nm -D --defined-only -P "$library" | awk '$2 == "T" && $1 !~ /^_Z/ 
             echo "$entry"
     done)
 
-# report TITLE NAMES: the names, indented under their title, when there are any.
-report() {
+report() { # TITLE NAMES
     [ -z "$2" ] || { echo "$1"; echo "$2" | sed 's/^/  /'; status=1; }
 }
 status=0

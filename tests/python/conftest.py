@@ -1,10 +1,10 @@
-"""Shared fixtures: the tool (the oracle for every operation the package wraps) and the
-files its demo writes."""
+"""The tool (the oracle for every operation the package wraps) and its demo's files."""
 
 import os
 import shutil
 import subprocess
 
+import numpy as np
 import pytest
 
 import neqbridge
@@ -21,6 +21,20 @@ def run_tool(*args, env=None):
     done = subprocess.run([CLI, *args], capture_output=True, env=env)
     assert done.returncode == 0, f"{args}: {done.stderr.decode()}"
     return done.stdout
+
+
+def assert_same_mesh(got, want, uv_tolerance=0.0):
+    for name in ("vertices", "faces", "colors", "groups"):
+        np.testing.assert_array_equal(getattr(got, name), getattr(want, name), err_msg=name)
+    assert (got.uvs is None) == (want.uvs is None)
+    if want.uvs is not None:
+        np.testing.assert_allclose(got.uvs, want.uvs, rtol=0, atol=uv_tolerance)
+
+
+def assert_same_files(folder, other):
+    assert sorted(os.listdir(folder)) == sorted(os.listdir(other))
+    for name in os.listdir(folder):
+        assert (folder / name).read_bytes() == (other / name).read_bytes(), name
 
 
 @pytest.fixture(scope="session")

@@ -26,13 +26,11 @@ def test_array_likes_are_converted_to_the_package_dtypes():
 
 
 def test_triangles_split_quads_in_face_order_and_an_empty_mesh_has_none():
-    mesh = neqbridge.Mesh(**QUAD_AND_TRIANGLE)
-    triangles = mesh.triangles()
-    assert triangles.dtype == np.int32
-    assert triangles.tolist() == [[0, 1, 2], [0, 2, 3], [1, 4, 2]]
+    triangles = neqbridge.Mesh(**QUAD_AND_TRIANGLE).triangles()
+    assert (triangles.dtype, triangles.tolist()) == (np.int32, [[0, 1, 2], [0, 2, 3], [1, 4, 2]])
     empty = neqbridge.Mesh([], [])
-    assert (empty.vertices.shape, empty.faces.shape, len(empty)) == ((0, 3), (0, 4), 0)
-    assert empty.triangles().shape == (0, 3)
+    assert (empty.vertices.shape, empty.faces.shape, len(empty), empty.triangles().shape) == \
+        ((0, 3), (0, 4), 0, (0, 3))
 
 
 REFUSED = {

@@ -8,7 +8,7 @@ import sys
 import pytest
 
 import neqbridge
-from conftest import DATA, run_tool
+from conftest import DATA, assert_same_files, run_tool
 
 
 # (the package's call on the demo folder d and an output folder o, the tool's arguments
@@ -30,9 +30,7 @@ def test_operations_write_what_the_tool_writes(demo, tmp_path, call, tool, retur
     py.mkdir(), by_tool.mkdir()
     assert call(demo, py) == returned(py)
     run_tool(*[a.format(d=demo, o=by_tool) for a in tool])
-    assert sorted(os.listdir(py)) == sorted(os.listdir(by_tool))
-    for name in os.listdir(py):
-        assert (py / name).read_bytes() == (by_tool / name).read_bytes(), name
+    assert_same_files(py, by_tool)
 
 
 def test_uv_tiles_and_groups(demo):
@@ -81,15 +79,12 @@ def test_app_record_reads_what_the_tool_reads(demo):
     tool = json.loads(run_tool("app", str(demo / "NeQ_App.txt"), "--json"))
     assert record.flags == frozenset(k for k, on in tool["flags"].items() if on)
     assert record.flags == {"IMPORT_FLIP_Y", "EXPORT_SWITCH_YZ", "NORMAL_MAP_FLIP_XY"}
-    fields = {"name": "name", "extension": "extension", "template": "template",
-              "locate_command": "locateCommand", "init_command": "initCommand",
-              "edit_command": "editCommand", "version": "version"}
-    assert {ours: getattr(record, ours) for ours in fields} == \
-        {ours: tool[theirs] for ours, theirs in fields.items()}
+    for field in ("name", "extension", "template", "locate_command", "init_command",
+                  "edit_command", "version"):
+        assert getattr(record, field) == tool[field.replace("_command", "Command")], field
 
 
-# The shared folder is fixed when the package loads: each case runs in a fresh
-# interpreter with the variable set.
+# The shared folder is fixed when the package loads: a fresh interpreter.
 BRIDGE_SCRIPT = """
 import json, neqbridge
 from neqbridge import bridge
@@ -108,9 +103,7 @@ def test_bridge_honours_the_public_folder_variable(tmp_path):
                          capture_output=True).stdout
     paths, before, host, app = json.loads(out)
     assert paths == {"public": str(tmp_path), "host": f"{tmp_path}/NeQBrush",
-                     "applications": f"{tmp_path}/NeQApps",
-                     "projects": f"{tmp_path}/NeQProjects",
+                     "applications": f"{tmp_path}/NeQApps", "projects": f"{tmp_path}/NeQProjects",
                      "default_project": f"{tmp_path}/NeQProjects/Default"}
-    assert before == [None, None]
-    assert (host, app) == ("/opt/host app", "/opt/modeller")
+    assert (before, host, app) == ([None, None], "/opt/host app", "/opt/modeller")
     assert run_tool("bridge", "app-path", "Modeller", env=env) == b"/opt/modeller\n"

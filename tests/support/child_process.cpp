@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <cstdio>
+#include <fstream>
 #include <stdexcept>
 
 namespace neq::test {
@@ -50,10 +50,8 @@ bool limitAddressSpace(rlim_t bytes) {
 }
 
 std::size_t addressSpaceInUse() {
-    std::FILE* statm = std::fopen("/proc/self/statm", "r");
-    unsigned long pages = 0;
-    if (statm == nullptr || std::fscanf(statm, "%lu", &pages) != 1) pages = 0;
-    if (statm != nullptr) std::fclose(statm);
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
     return pages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
 }
 

@@ -30,8 +30,7 @@ constexpr bool kAddressSanitizer = false;
 struct ChildSetup {
     // Writes past this many bytes fail (SIGXFSZ is ignored, so write reports it).
     std::optional<rlim_t> fileSizeLimit;
-    // Run as the unprivileged user kUnprivilegedUser when the tests run as root, so
-    // that permission bits apply.
+    // As kUnprivilegedUser when the tests run as root, so that permission bits apply.
     bool unprivileged = false;
 };
 
@@ -41,9 +40,8 @@ constexpr unsigned kUnprivilegedUser = 65534;
 // normally fails the test.
 bool runInChild(const ChildSetup& setup, const std::function<bool()>& body);
 
-// Caps this process's address space (in a child, please): allocations past it fail.
-// Does nothing, and is true, under AddressSanitizer, whose shadow memory needs far more.
-// addressSpaceInUse() is what the process maps now.
+// Caps this process's address space (in a child): allocations past it fail. Does
+// nothing under AddressSanitizer, whose shadow memory needs far more.
 bool limitAddressSpace(rlim_t bytes);
 std::size_t addressSpaceInUse();
 

@@ -21,8 +21,7 @@ void* HostLibrary::required(const char* name) const {
 }
 
 float HostLibrary::call(const char* name, const char* text, char* out) const {
-    const auto function = reinterpret_cast<HostEntry>(::dlsym(handle_, name));
-    if (function == nullptr) throw std::runtime_error(std::string("no entry ") + name);
+    const auto function = reinterpret_cast<HostEntry>(required(name));
     // The host hands over mutable buffers; copy the text so the entry may not touch ours.
     std::string copy = text ? text : "";
     return function(text ? copy.data() : nullptr, 0.0, out);

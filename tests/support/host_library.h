@@ -16,12 +16,10 @@ class HostLibrary {
     HostLibrary& operator=(const HostLibrary&) = delete;
     ~HostLibrary();
 
-    // Calls an entry with a text (null allowed), an ignored number and an output
-    // buffer; throws if the entry is missing.
+    // Calls an entry (text may be null); throws if it is missing.
     float call(const char* name, const char* text = nullptr, char* out = nullptr) const;
-    // An exported variable with a plain (C) name; throws if it is missing. Typed
-    // exports with C++ names are reached through the public header instead, by linking
-    // the library: their symbol names differ between C++ standard libraries.
+    // An exported variable with a plain (C) name; throws if it is missing. C++ names
+    // differ between standard libraries: tests reach those through the public header.
     template <typename T> T& variable(const char* name) const {
         return *static_cast<T*>(required(name));
     }

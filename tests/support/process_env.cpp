@@ -6,8 +6,8 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <stdexcept>
-#include <vector>
 
 namespace neq::test {
 
@@ -37,12 +37,7 @@ ScopedWorkingDirectory::~ScopedWorkingDirectory() {
 }
 
 std::string currentDirectory() {
-    std::vector<char> buffer(4096);
-    while (::getcwd(buffer.data(), buffer.size()) == nullptr) {
-        if (buffer.size() > (1u << 20)) throw std::runtime_error("getcwd failed");
-        buffer.resize(buffer.size() * 2);
-    }
-    return buffer.data();
+    return std::filesystem::current_path().string();
 }
 
 void writeShellScript(const std::string& path, const std::string& body) {

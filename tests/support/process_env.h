@@ -1,7 +1,6 @@
 #pragma once
 
-// Test helpers for process-wide state: environment variables, the working directory,
-// and stand-in programs found on PATH. Each guard puts things back when it dies.
+// Process-wide state for tests; each guard puts things back when it dies.
 
 #include <optional>
 #include <string>
@@ -33,7 +32,6 @@ class ScopedWorkingDirectory {
     std::string saved_;
 };
 
-// The process's working directory.
 std::string currentDirectory();
 
 // Writes a /bin/sh script with this body and makes it executable.

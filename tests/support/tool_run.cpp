@@ -2,8 +2,6 @@
 
 #include "support/temp_dir.h"
 
-#include <gtest/gtest.h>
-
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -25,16 +23,6 @@ ToolRun runTool(const std::string& arguments, bool withErrors, const std::string
     if (WIFEXITED(status)) run.exitCode = WEXITSTATUS(status);
     if (!withErrors) run.errors = readFile(errorsPath);
     return run;
-}
-
-void expectRuns(const std::vector<ExpectedRun>& runs, const std::string& environment) {
-    for (const ExpectedRun& expected : runs) {
-        const ToolRun run = runTool(expected.arguments, true, environment);
-        const std::string& message = expected.message;
-        EXPECT_EQ(run.exitCode, expected.exitCode) << expected.arguments << "\n" << run.output;
-        EXPECT_NE(run.output.find(message), std::string::npos) << expected.arguments << "\n"
-                                                               << run.output;
-    }
 }
 
 } // namespace neq::test

@@ -20,18 +20,15 @@ fi
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-"$tool" convert "$input" "$work/mesh.glb" -q
-"$tool" convert "$input" "$work/embedded.gltf" -q
-"$tool" convert "$input" "$work/side.gltf" --side-buffer -q
-"$tool" convert "$input" "$work/mesh.obj" -q
-"$tool" convert "$input" "$work/flat.glb" --no-uvs --no-colors --no-groups -q
+for output in mesh.glb embedded.gltf "side.gltf --side-buffer" mesh.obj \
+    "flat.glb --no-uvs --no-colors --no-groups"; do
+    set -- $output
+    "$tool" convert "$input" "$work/$1" "${@:2}" -q
+done
 NODE_PATH="$tools/node_modules" node "$here/gltf-validate.js" \
     "$work/mesh.glb" "$work/embedded.gltf" "$work/side.gltf" "$work/flat.glb"
 for file in mesh.glb embedded.gltf side.gltf mesh.obj flat.glb; do
-    if ! assimp info "$work/$file" >"$work/assimp.txt" 2>&1; then
-        echo "assimp cannot read $file:"
-        cat "$work/assimp.txt"
-        exit 1
-    fi
+    assimp info "$work/$file" >"$work/assimp.txt" 2>&1 ||
+        { echo "assimp cannot read $file:"; cat "$work/assimp.txt"; exit 1; }
     echo "assimp reads $file: $(grep -E '^(Vertices|Faces):' "$work/assimp.txt" | xargs)"
 done

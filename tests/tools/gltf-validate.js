@@ -1,8 +1,6 @@
 #!/usr/bin/env node
-// Runs the Khronos glTF validator on each file named on the command line and fails on
-// any error or warning. The validator comes from npm into a project-local folder:
-//   npm install --prefix build/tools gltf-validator
-// usage: NODE_PATH=build/tools/node_modules node tests/tools/gltf-validate.js FILE...
+// Fails on any error or warning of the Khronos glTF validator (scripts/gltf-validator
+// installs it) for each file. usage: NODE_PATH=build/tools/node_modules node THIS FILE...
 'use strict';
 const fs = require('fs');
 const path = require('path');
@@ -11,11 +9,8 @@ const validator = require('gltf-validator');
 async function validate(file) {
     const report = await validator.validateBytes(new Uint8Array(fs.readFileSync(file)), {
         uri: path.basename(file),
-        externalResourceFunction: (uri) =>
-            new Promise((resolve, reject) => {
-                fs.readFile(path.join(path.dirname(file), decodeURIComponent(uri)), (error, data) =>
-                    error ? reject(error.toString()) : resolve(new Uint8Array(data)));
-            }),
+        externalResourceFunction: async (uri) => new Uint8Array(
+            await fs.promises.readFile(path.join(path.dirname(file), decodeURIComponent(uri)))),
     });
     const issues = report.issues;
     console.log(`${file}: ${issues.numErrors} errors, ${issues.numWarnings} warnings, ` +
