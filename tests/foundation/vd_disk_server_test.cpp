@@ -23,44 +23,78 @@ namespace {
 
 using DS = VDDiskServer;
 
-TEST(VDDiskServerPaths, FileTestsModesRenamesAndRemovals) {
+// A case table text: "N*c" is N copies of c.
+std::string repeated(const std::string& text) {
+    const std::size_t star = text.find('*');
+    return star != std::string::npos && star + 2 == text.size()
+               ? std::string(std::stoul(text.substr(0, star)), text.back())
+               : text;
+}
+
+std::string octal(unsigned mode) {
+    return VDString::format("%o", mode).c_str();
+}
+
+// One operation of the file sequence, its result as text.
+std::string fileOperation(const TempDir& dir, const CaseRow& row) {
+    const auto local = [&](std::string path) {
+        const bool volume = !path.empty() && path[0] == '@';
+        path = volume ? path.substr(1) : path;
+        return path.empty() ? dir.path() : dir.file(path);
+    };
+    const auto server = [&](const std::string& path) {
+        return path[0] == '@' ? onVolume(local(path)) : vd(local(path));
+    };
+    const std::string &op = row[0], path = local(row[1]), argument = repeated(row[2]);
+    const VDString at = server(row[1]);
+    if (op == "write") writeFile(path, argument);
+    if (op == "mkdir") {
+        EXPECT_EQ(::mkdir(path.c_str(), 0755), 0);
+    }
+    if (op == "fifo") {
+        EXPECT_EQ(::mkfifo(path.c_str(), 0644), 0);
+    }
+    if (op == "exists") return std::to_string(DS::fileExists(at));
+    if (op == "folder") return std::to_string(DS::folderExists(at));
+    if (op == "setMode") return std::to_string(DS::setMode(at, std::stoi(argument, nullptr, 8)));
+    if (op == "getMode") return octal(DS::getMode(at));
+    if (op == "mode") return octal(modeOf(path));
+    if (op == "rename") return std::to_string(DS::renameFile(at, server(row[2])));
+    if (op == "deleteFile") return std::to_string(DS::deleteFile(at));
+    if (op == "deleteFolder") return std::to_string(DS::deleteFolder(at));
+    if (op == "deleteDirectory")
+        return std::to_string(DS::deleteDirectory(at, argument == "1", false));
+    if (op == "writeString") return std::to_string(DS::writeFileFromString(at, vd(argument)));
+    if (op == "read") return fileExists(path) ? readFile(path) : "none";
+    if (op == "readString") {
+        VDString text("previous");
+        const bool read = DS::readFileAsString(at, text);
+        EXPECT_EQ(std::string(text.c_str()), argument);
+        return std::to_string(read);
+    }
+    if (op == "list") {
+        std::string names;
+        for (const std::string& name : listFolder(path))
+            names += (names.empty() ? "" : " ") + name;
+        return names;
+    }
+    if (op == "size") {
+        std::FILE* file = DS::fileOpen(at, VDString("rb"));
+        if (file == nullptr) return "none";
+        std::fgetc(file);
+        const std::string size = std::to_string(DS::fileSize(file));
+        const long position = std::ftell(file);
+        std::fclose(file);
+        return size + " " + std::to_string(position);
+    }
+    return "";
+}
+
+TEST(VDDiskServerPaths, FileOperationsInSequence) {
     TempDir dir;
-    const std::string a = dir.file("a");
-    writeFile(a, "12345");
-    EXPECT_TRUE(DS::fileExists(onVolume(a)));
-    EXPECT_FALSE(DS::fileExists(onVolume(dir.path())));
-    EXPECT_FALSE(DS::fileExists(vd(dir.file("none"))));
-    EXPECT_TRUE(DS::folderExists(onVolume(dir.path())));
-    EXPECT_FALSE(DS::folderExists(vd(a)));
-    std::FILE* file = DS::fileOpen(onVolume(a), VDString("rb"));
-    ASSERT_NE(file, DS::s_invalidFile);
-    std::fgetc(file);
-    EXPECT_EQ(DS::fileSize(file), 5);
-    EXPECT_EQ(std::ftell(file), 1) << "the position is kept";
-    std::fclose(file);
+    for (const CaseRow& row : readCaseTable("foundation/vd_disk_server_file_cases.txt"))
+        EXPECT_EQ(fileOperation(dir, row), repeated(row[3])) << testing::PrintToString(row);
     EXPECT_EQ(DS::fileSize(nullptr), 0);
-    EXPECT_EQ(DS::fileOpen(vd(dir.file("none")), VDString("rb")), nullptr);
-
-    EXPECT_TRUE(DS::setMode(onVolume(a), 04751));
-    EXPECT_EQ(DS::getMode(onVolume(a)), 04751u);
-    EXPECT_EQ(modeOf(a), 04751u);
-    EXPECT_FALSE(DS::setMode(vd(dir.file("none")), 0644));
-    EXPECT_EQ(DS::getMode(vd(dir.file("none"))), 0u);
-    EXPECT_TRUE(DS::renameFile(onVolume(a), onVolume(dir.file("b"))));
-    EXPECT_EQ(readFile(dir.file("b")), "12345");
-    EXPECT_FALSE(DS::renameFile(vd(a), vd(dir.file("c"))));
-
-    // Both removals take a file or an empty folder, and nothing else.
-    ASSERT_EQ(::mkdir(dir.file("empty").c_str(), 0755), 0);
-    ASSERT_EQ(::mkdir(dir.file("full").c_str(), 0755), 0);
-    writeFile(dir.file("full/x"), "");
-    EXPECT_TRUE(DS::deleteFile(onVolume(dir.file("b"))));
-    EXPECT_FALSE(DS::deleteFile(onVolume(dir.file("b"))));
-    EXPECT_TRUE(DS::deleteFolder(onVolume(dir.file("empty"))));
-    EXPECT_FALSE(DS::deleteFolder(vd(dir.file("full"))));
-    EXPECT_TRUE(DS::deleteFolder(vd(dir.file("full/x"))));
-    EXPECT_TRUE(DS::deleteFile(vd(dir.file("full"))));
-    EXPECT_EQ(listFolder(dir.path()), std::vector<std::string>{});
 }
 
 TEST(VDDiskServerPaths, WorkingFolderAndApplicationFolders) {
@@ -149,46 +183,6 @@ TEST(FileNameMatchFilter, AgreesWithThePlainRecursionAndFoldsAsciiOnly) {
     const std::string many(200, 'a');
     EXPECT_FALSE(fileNameMatchFilterRec(many.c_str(), "*a*a*a*a*a*a*a*a*a*a*a*a*a*a*b"));
     EXPECT_TRUE(fileNameMatchFilterRec(many.c_str(), "*a*a*a*a*a*a*a*a*a*a*a*a*a*a*a"));
-}
-
-TEST(VDDiskServerText, ReadsAndWritesSmallFilesWhole) {
-    TempDir dir;
-    const std::string file = dir.file("a");
-    writeFile(file, "line 1\r\nline 2");
-    for (int size : {4096, 4097})
-        writeFile(dir.file(std::to_string(size)), std::string(size, 'x'));
-    writeFile(dir.file("empty"), "");
-    const std::pair<std::string, const char*> reads[] = {
-        {file, "line 1\r\nline 2"}, {dir.file("4096"), nullptr}, {dir.file("4097"), ""},
-        {dir.file("empty"), ""},    {dir.file("none"), ""},
-    };
-    for (const auto& [path, text] : reads) {
-        VDString out("previous");
-        const bool read = DS::readFileAsString(onVolume(path), out);
-        EXPECT_EQ(read, text == nullptr || *text || path.find("empty") != std::string::npos);
-        EXPECT_EQ(std::string(out.c_str()), text ? text : std::string(4096, 'x')) << path;
-    }
-
-    // Written after emptying the file: a refused text still leaves it created or emptied.
-    const struct {
-        std::string text;
-        bool written;
-    } writes[] = {{"KEY value\n", true},
-                  {"x", true},
-                  {std::string(4096, 'y'), true},
-                  {std::string(4097, 'z'), false},
-                  {"", false}};
-    for (const auto& w : writes) {
-        EXPECT_EQ(DS::writeFileFromString(onVolume(file), vd(w.text)), w.written);
-        EXPECT_EQ(readFile(file), w.written ? w.text : "");
-    }
-    EXPECT_FALSE(DS::writeFileFromString(vd(dir.file("new")), VDString()));
-    EXPECT_EQ(readFile(dir.file("new")), "");
-    EXPECT_FALSE(DS::writeFileFromString(vd(dir.file("no/a")), VDString("x")));
-    EXPECT_FALSE(DS::writeFileFromString(vd(dir.path()), VDString("x")));
-    // A FIFO that nobody reads is refused rather than waited for.
-    ASSERT_EQ(::mkfifo(dir.file("fifo").c_str(), 0644), 0);
-    EXPECT_FALSE(DS::writeFileFromString(vd(dir.file("fifo")), VDString("x")));
 }
 
 // Bytes that differ from block to block, so that a block copied twice or skipped shows.
@@ -346,54 +340,6 @@ TEST(VDDiskServerTree, SearchDescendsIntoTheLastListedFolderFirst) {
     EXPECT_TRUE(DS::searchFileList(found, VDString("a.txt"), vd(root), 5, 1));
     EXPECT_EQ(strings(found), std::vector<std::string>{root + "/a.txt"});
     EXPECT_FALSE(DS::searchFileList(found, VDString("*"), vd(root + "/missing"), 5, 0));
-}
-
-TEST(VDDiskServerTree, DeleteDirectory) {
-    TempDir dir;
-    const auto make = [&](const std::string& name, const std::vector<std::string>& folders,
-                          const std::vector<std::string>& files) {
-        const std::string root = dir.file(name);
-        makeFolder(root);
-        for (const std::string& folder : folders)
-            makeFolder(root + "/" + folder);
-        for (const std::string& file : files)
-            writeFile(root + "/" + file, file);
-        return root;
-    };
-    const auto remove = [](const std::string& path, bool recursive) {
-        return DS::deleteDirectory(onVolume(path), recursive, false);
-    };
-    const std::string flat = make("flat", {"empty"}, {"a.txt", "b.dat"});
-    EXPECT_TRUE(remove(flat, false));
-    // A sub-folder that is not empty stays, and so does the folder; the rest goes.
-    const std::string full = make("full", {"sub"}, {"a.txt", "sub/b.txt"});
-    EXPECT_FALSE(remove(full + "/", false));
-    EXPECT_EQ(listFolder(full), std::vector<std::string>{"sub"});
-    EXPECT_FALSE(remove(dir.file("missing"), false));
-
-    // Entries matching a filter, folders too (keep.tmp is empty), not recursively; a last
-    // component without wildcards is a filter when it is not a folder.
-    const std::string root =
-        make("root", {"keep.tmp", "sub"}, {"a.tmp", "B.TMP", "c.txt", "sub/d.tmp"});
-    EXPECT_TRUE(remove(root + "/*.tmp", false));
-    EXPECT_EQ(listFolder(root), (std::vector<std::string>{"c.txt", "sub"}));
-    EXPECT_TRUE(remove(root + "/C.TXT", false));
-    EXPECT_FALSE(remove(root + "/*.none", true)) << "nothing to remove";
-    EXPECT_EQ(listFolder(root), std::vector<std::string>{"sub"});
-    EXPECT_EQ(listFolder(root + "/sub"), std::vector<std::string>{"d.tmp"});
-
-    // One level down works: the sub-folder's entries are what its own listing shows.
-    const std::string one = make("one", {"sub"}, {"a.txt"});
-    EXPECT_TRUE(remove(one, true));
-    // Entries of sub-folders are joined to the starting folder: root/twin.tmp is removed
-    // twice (once for root/sub/twin.tmp, which stays), so one attempt fails; without a
-    // filter, root/deeper does not exist, so root/sub/deeper and root/sub stay.
-    const std::string twins = make("twins", {"sub", "sub/deeper"}, {"twin.tmp", "sub/twin.tmp"});
-    EXPECT_FALSE(remove(twins + "/twin.tmp", true));
-    EXPECT_EQ(listFolder(twins), std::vector<std::string>{"sub"});
-    EXPECT_FALSE(remove(twins, true));
-    EXPECT_EQ(listFolder(twins + "/sub"), (std::vector<std::string>{"deeper", "twin.tmp"}));
-    EXPECT_EQ(listFolder(dir.path()), (std::vector<std::string>{"full", "root", "twins"}));
 }
 
 } // namespace
