@@ -15,6 +15,7 @@
 #include <functional>
 #include <map>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -272,46 +273,27 @@ TEST(VDDiskServerTree, SearchDescendsIntoTheLastListedFolderFirst) {
         {"A", {"A/a.txt", "A/A1/a.txt"}},
         {"B", {"B/" + inB[1] + "/a.txt", "B/" + inB[0] + "/a.txt"}},
         {"C", {"C/A.TXT"}}};
-    const auto under = [&](const std::vector<std::string>& relative) {
-        std::vector<std::string> paths = {"kept"}; // results are appended
-        for (const std::string& path : relative)
-            paths.push_back(root + "/" + path);
-        return paths;
-    };
-    std::vector<std::string> all, shallow;
+    std::map<std::string, std::vector<std::string>> named = {
+        {"@first", trees.at(order[0])}, {"@firstHit", {trees.at(order[0])[0]}}};
     for (const std::string& top : order) {
-        all.insert(all.end(), trees.at(top).begin(), trees.at(top).end());
-        if (top != "B") shallow.push_back(trees.at(top).front()); // depth 1: no sub-folders
+        named["@all"].insert(named["@all"].end(), trees.at(top).begin(), trees.at(top).end());
+        if (top != "B") named["@shallow"].push_back(trees.at(top).front());
     }
-    const struct {
-        const char* filter;
-        int depth, stopLevels;
-        std::vector<std::string> found;
-    } cases[] = {
-        {"a.txt", 5, 0, under(all)},
-        {"a.txt", 5, -3, under(all)}, // negative stop levels never stop
-        {"a.txt", 1, 0, under(shallow)},
-        {"a.txt", 0, 0, under({})},
-        // stopLevels 1: the first top folder's whole tree; 2 and more: the first level of
-        // it with a hit.
-        {"a.txt", 5, 1, under(trees.at(order[0]))},
-        {"a.txt", 5, 2, under({trees.at(order[0]).front()})},
-        {"a.txt", 5, 9, under({trees.at(order[0]).front()})},
-        // Matching folders are results, not searched.
-        {"b?", 5, 0, under({"B/" + inB[0], "B/" + inB[1]})},
-        {"B", 5, 0, under({"B"})},
-        {"*.dat", 0, 0, under({"x.dat"})},
-        {"none", 5, 0, under({})},
-        {"", 5, 0, under({})},
-    };
-    for (const auto& c : cases) {
+    for (const CaseRow& row : readCaseTable("foundation/vd_disk_server_search_cases.txt")) {
+        std::vector<std::string> expected = {"kept"}; // results are appended
+        std::istringstream in(row[3]);
+        for (std::string path; in >> path;) {
+            if (path[0] == '$') path = "B/" + inB.at(path[1] - '0');
+            for (const std::string& each : named.count(path) ? named[path] : std::vector{path})
+                expected.push_back(root + "/" + each);
+        }
         VDArray<VDString> found;
         found.push_back(VDString("kept"));
-        EXPECT_EQ(
-            DS::searchFileList(found, VDString(c.filter), onVolume(root), c.depth, c.stopLevels),
-            c.found.size() > 1)
-            << c.filter << " " << c.depth << " " << c.stopLevels;
-        EXPECT_EQ(strings(found), c.found) << c.filter << " " << c.depth << " " << c.stopLevels;
+        EXPECT_EQ(DS::searchFileList(found, vd(row[0]), onVolume(root), std::stoi(row[1]),
+                                     std::stoi(row[2])),
+                  expected.size() > 1)
+            << testing::PrintToString(row);
+        EXPECT_EQ(strings(found), expected) << testing::PrintToString(row);
     }
     // A hit in the folder itself ends the search there.
     writeFile(root + "/a.txt", "");
