@@ -1,6 +1,5 @@
-// The file layer's failure cases, once for every reader and writer that stands on it:
-// whole-file reads take regular files only, and a replacement either puts the whole new
-// content in place or leaves the target as it was, with no temporary file behind.
+// Whole-file reads take regular files only; a replacement puts the whole new content in
+// place or leaves the target as it was, with no temporary file behind.
 
 #include "bridge/vd_neq_app.h"
 #include "foundation/file_io.h"

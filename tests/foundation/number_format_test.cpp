@@ -113,10 +113,9 @@ TEST(NumberFormat, WorkedExamples) {
     }
 }
 
-// The same million values, and what matters only to five decimals: every float that
-// sits exactly on a half hundred-thousandth (multiples of 2^-6 with an odd 2^-6 part),
-// the neighbours of the rounding points k + 0.5 hundred-thousandths, and both sides of
-// 2^46, where the exact 64-bit path hands over to std::to_chars.
+// The same values, plus floats exactly on a half hundred-thousandth (odd multiples of
+// 2^-6), neighbours of k + 0.5 hundred-thousandths, and both sides of 2^46, where the
+// exact 64-bit path hands over to std::to_chars.
 TEST(NumberFormat, FloatFixed5MatchesPrintf) {
     std::vector<float> values = millionFloats();
     for (int k = 1; k < 40000; k += 2)

@@ -1,6 +1,5 @@
-// Long random operation sequences checked after every step against a std::vector<bool>
-// model, plus what the model cannot see: the empty state, the storage bytes beyond the
-// bit count, aliasing and the accessors without a size test.
+// Random sequences checked after every step against a std::vector<bool> model, plus what
+// it cannot see: the empty state, storage beyond the count, aliasing, unchecked access.
 
 #include "foundation/vd_bool_array.h"
 

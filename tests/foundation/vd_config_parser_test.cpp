@@ -113,9 +113,8 @@ TEST(ConfigParser, CopiesKeepTheKeywordOrder) {
     }
 }
 
-// The file layer's failures are its own test's; here the replacement's smoke test: the
-// file is made with the usual mode and no folder, replaced by a rename keeping its mode,
-// through a link that stays, a device written to, a read-only file left alone.
+// The replacement on the file layer: made with the usual mode, renamed into place keeping
+// its mode, through a link that stays, a device written to, a read-only file left alone.
 TEST(ConfigEntry, ReplaceGoesThroughTheFileLayer) {
     TempDir dir;
     const auto replace = [](const std::string& path, const char* token) {
