@@ -50,18 +50,10 @@ std::string expand(const std::string& text, pid_t dead) {
     return out;
 }
 
-std::vector<std::string> split(const std::string& text, char separator) {
-    std::vector<std::string> parts;
-    std::istringstream in(text);
-    for (std::string part; std::getline(in, part, separator);)
-        parts.push_back(part);
-    return parts;
-}
-
 // Makes what the setup field names; the path to its last step.
 std::string make(const TempDir& dir, const std::string& setup) {
     std::string path;
-    for (const std::string& step : split(setup, ';')) {
+    for (const std::string& step : splitField(setup, ';')) {
         std::istringstream in(step);
         std::string kind, name, to;
         in >> kind >> name >> to;
@@ -107,7 +99,7 @@ TEST(FileLayer, ReadsAndReplacementsRefuseOrFinishWhole) {
                        }))
             << "replacing should give '" << expected << "'";
         ::chmod(dir.path().c_str(), 0700);
-        EXPECT_EQ(listFolder(dir.path()), split(row[5], ' '));
+        EXPECT_EQ(listFolder(dir.path()), splitField(row[5], ' '));
         const std::size_t arrow = row[6].find('>'), equals = row[7].find('=');
         if (arrow != std::string::npos) {
             EXPECT_EQ(linkTarget(dir.file(row[6].substr(0, arrow))), row[6].substr(arrow + 1));

@@ -36,16 +36,6 @@ std::string expand(const std::string& text, const std::string& work) {
     return out;
 }
 
-std::vector<std::string> split(const std::string& text, char separator) {
-    std::vector<std::string> parts(1);
-    for (char c : text)
-        if (c == separator)
-            parts.emplace_back();
-        else
-            parts.back().push_back(c);
-    return parts;
-}
-
 // The process id getRunningProcess reports for app, 0 when it reports none and leaves
 // the number as it was, -1 otherwise.
 int processOf(const VDString& app) {
@@ -88,11 +78,12 @@ const std::map<std::string, Operation> kOperations = {
     // The launcher below: an argument vector, "," between arguments, "(none)" for none.
     {"run",
      [](const VDString&, const VDString&, const std::string& c) {
-         return int(platform::runProgram(c == "(none)" ? Arguments() : split(c, ',')));
+         return int(platform::runProgram(c == "(none)" ? Arguments() : splitField(c, ',')));
      }},
     {"output",
      [](const VDString&, const VDString&, const std::string& c) {
-         return int(platform::runForOutput(split(c, ',')) == std::optional<std::string>("out\n"));
+         return int(platform::runForOutput(splitField(c, ',')) ==
+                    std::optional<std::string>("out\n"));
      }},
 };
 
@@ -110,7 +101,7 @@ TEST(DiskServerApps, OperationsStartTheirProgramsWithArgumentsVerbatim) {
         SCOPED_TRACE(testing::PrintToString(row));
         RecordingTools tools;
         tools.installScript("touch", ": > \"$1\"\n");
-        for (const std::string& standIn : split(row[0], ' ')) {
+        for (const std::string& standIn : splitField(row[0], ' ')) {
             const std::size_t equals = standIn.find('='), colon = standIn.find(':');
             if (standIn.empty()) continue;
             tools.install(standIn.substr(0, equals),
@@ -133,7 +124,7 @@ TEST(DiskServerApps, OperationsStartTheirProgramsWithArgumentsVerbatim) {
         if (row[6] != "?") {
             EXPECT_EQ(calls, row[6].empty() ? "" : expand(row[6], work.path()) + ";");
         }
-        for (const std::string& says : split(row[7], ';'))
+        for (const std::string& says : splitField(row[7], ';'))
             EXPECT_NE(script.find(expand(says, work.path())), std::string::npos) << script;
         if (row[7] != "$H") {
             EXPECT_EQ(script.find("marker"), std::string::npos) << script;
