@@ -230,10 +230,6 @@ TEST(VDDiskServerCopy, ReadOnlyFolderIsOpenedForTheCopyAndRestored) {
     EXPECT_EQ(listFolder(folder), (std::vector<std::string>{"copy", "sub"}));
 }
 
-void makeFolder(const std::string& path) {
-    ASSERT_EQ(::mkdir(path.c_str(), 0755), 0) << path;
-}
-
 // The sub-folders of path in the order the file system lists them: the order the
 // search remembers them in.
 std::vector<std::string> subFoldersListed(const std::string& path) {
@@ -254,9 +250,8 @@ TEST(VDDiskServerTree, SearchDescendsIntoTheLastListedFolderFirst) {
     // root: x.dat, A/{a.txt, A1/a.txt}, B/{b.dat, B1/a.txt, B2/a.txt}, C/A.TXT
     TempDir dir;
     const std::string root = dir.file("root");
-    makeFolder(root);
-    for (const char* folder : {"A", "A/A1", "B", "B/B1", "B/B2", "C"})
-        makeFolder(root + "/" + folder);
+    for (const char* folder : {"", "/A", "/A/A1", "/B", "/B/B1", "/B/B2", "/C"})
+        ASSERT_EQ(::mkdir((root + folder).c_str(), 0755), 0) << folder;
     for (const char* file :
          {"x.dat", "A/a.txt", "A/A1/a.txt", "B/b.dat", "B/B1/a.txt", "B/B2/a.txt", "C/A.TXT"})
         writeFile(root + "/" + file, "");
