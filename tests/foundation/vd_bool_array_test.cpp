@@ -20,7 +20,7 @@ std::vector<int> storage(const VDBoolArray& a) {
     return std::vector<int>(a.getData(), a.getData() + a.getCapacityInBytes());
 }
 
-TEST(VDBoolArray, EmptyArraysShareOneStaticByte) {
+TEST(VDBoolArray, EmptyArraysShareOneStaticByteAndAliasing) {
     VDBoolArray a, b;
     EXPECT_EQ(a.getCapacityInBytes(), 0);
     EXPECT_EQ(a.getDynMemoryUsed(), 1u);
