@@ -150,18 +150,13 @@ TEST(BinaryFile, StringsEndAtTheirFirstZeroByte) {
     EXPECT_TRUE(text.isEmpty());
 }
 
-// Reads one value from a file holding bytes.
+// Reads one value from a file holding bytes (arrays start with no storage, so that any
+// allocation shows).
 template <class T> bool readFrom(const std::string& bytes, T& target) {
     TempDir dir;
     writeFile(dir.file("f"), bytes);
     VDBinaryFile file(VDString(dir.file("f").c_str()), "rb");
     return file.read(target);
-}
-
-// The same for an array that starts with no storage, so that any allocation shows.
-template <class T> bool readArrayFrom(const std::string& bytes, VDArray<T>& target) {
-    VDArray<T>().swap(target);
-    return readFrom(bytes, target);
 }
 
 TEST(BinaryFile, CountsBeyondTheFileAreRefusedBeforeAnyAllocation) {
@@ -174,9 +169,9 @@ TEST(BinaryFile, CountsBeyondTheFileAreRefusedBeforeAnyAllocation) {
         bool read = false;
         std::size_t size = 0, capacity = 0;
         if (row[0] == "points") {
-            read = readArrayFrom(bytes, points), size = points.size(), capacity = points.capacity();
+            read = readFrom(bytes, points), size = points.size(), capacity = points.capacity();
         } else if (row[0] == "shorts") {
-            read = readArrayFrom(bytes, shorts), size = shorts.size(), capacity = shorts.capacity();
+            read = readFrom(bytes, shorts), size = shorts.size(), capacity = shorts.capacity();
         } else if (row[0] == "text") {
             read = readFrom(bytes, text), size = text.length();
         } else {
