@@ -39,9 +39,7 @@ std::string expand(const std::string& text, const std::string& work) {
 // The process id getRunningProcess reports for app, 0 when it reports none and leaves
 // the number as it was, -1 otherwise.
 int processOf(const VDString& app) {
-    ProcessSerialNumber psn;
-    psn.highLongOfPSN = 7;
-    psn.lowLongOfPSN = 8;
+    ProcessSerialNumber psn{7, 8};
     if (!DS::getRunningProcess(app, psn))
         return psn.highLongOfPSN == 7 && psn.lowLongOfPSN == 8 ? 0 : -1;
     return psn.highLongOfPSN == 0 ? static_cast<int>(psn.lowLongOfPSN) : -1;
