@@ -16,8 +16,6 @@
 
 namespace {
 
-using neq::test::CaseRow;
-
 float floatFromBits(std::uint32_t bits) {
     float value;
     std::memcpy(&value, &bits, sizeof value);
@@ -107,7 +105,7 @@ std::string formatFixed5(float value) {
 }
 
 TEST(NumberFormat, WorkedExamples) {
-    for (const CaseRow& row : neq::test::readCaseTable("foundation/number_format_cases.txt")) {
+    for (const auto& row : neq::test::readCaseTable("foundation/number_format_cases.txt")) {
         const float value = std::strtof(row[1].c_str(), nullptr);
         EXPECT_EQ(row[0] == "g" ? formatG(value) : formatFixed5(value), row[2]) << row[1];
     }
