@@ -1,6 +1,5 @@
-// The file layer's failure cases, once for every reader and writer that stands on it:
-// whole-file reads take regular files only, and a replacement either puts the whole new
-// content in place or leaves the target as it was, with no temporary file behind.
+// Whole-file reads take regular files only; a replacement puts the whole new content in
+// place or leaves the target as it was, with no temporary file behind.
 
 #include "bridge/vd_neq_app.h"
 #include "foundation/file_io.h"
@@ -10,6 +9,7 @@
 #include "neqbridge/neqbridge.h"
 #include "neqbridge/neqbridge.hpp"
 
+#include "support/case_table.h"
 #include "support/child_process.h"
 #include "support/temp_dir.h"
 
@@ -20,175 +20,73 @@
 #include <unistd.h>
 
 #include <functional>
+#include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace neq::test {
 namespace {
 
-const std::string kOld = "old\n";
 const std::string kNew = "the new content\n";
 
-std::string linkTarget(const std::string& path) {
-    char target[256] = {};
-    return ::readlink(path.c_str(), target, sizeof target - 1) < 0 ? "(not a link)" : target;
-}
-
-// The id of a process that has ended.
-pid_t deadProcess() {
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(0);
-    ::waitpid(child, nullptr, 0);
-    return child;
-}
-
-struct Case {
-    const char* what;
-    std::function<std::string(const TempDir&)> make; // makes what the path names
-    const char* readReason;                          // "" when the read succeeds (and gives kOld)
-    const char* replaceReason;                       // "" when the replacement succeeds
-    ChildSetup child;                                // what the replacing process may do
-    std::vector<std::string> leaves;                 // the folder's entries afterwards
-    std::string link = "", target = "";              // a link that stays as it was
-    std::string file = "", content = "";             // a file and what it holds afterwards
-};
-
-const std::string kLongName(255, 'n');
-// 127 two-byte characters and one byte: a cut inside a character would be invalid text.
-const std::string kLongUtf8Name = [] {
-    std::string name;
+// A case table field with its names spelled out.
+std::string expand(const std::string& text, pid_t dead) {
+    std::string longUtf8Name;
     for (int i = 0; i < 127; ++i)
-        name += "\xc3\xa9";
-    return name + "x";
-}();
-const char kNotRegular[] = "it is not a regular file";
-
-// A file holding kOld, or a link, in the folder; the path to it.
-std::function<std::string(const TempDir&)> old(const std::string& name) {
-    return [=](const TempDir& dir) {
-        writeFile(dir.file(name), kOld);
-        return dir.file(name);
-    };
+        longUtf8Name += "\xc3\xa9";
+    const std::map<char, std::string> names = {{'L', std::string(255, 'n')},
+                                               {'U', longUtf8Name + "x"},
+                                               {'D', std::to_string(dead)},
+                                               {'P', std::to_string(::getpid())}};
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        out += text[i] == '$' ? names.at(text[++i]) : text.substr(i, 1);
+    return out;
 }
-std::function<std::string(const TempDir&)> link(const std::string& name, const std::string& to) {
-    return [=](const TempDir& dir) {
-        ::symlink(to.c_str(), dir.file(name).c_str());
-        return dir.file(name);
-    };
+
+// Makes what the setup field names; the path to its last step.
+std::string make(const TempDir& dir, const std::string& setup) {
+    std::string path;
+    for (const std::string& step : splitField(setup, ';')) {
+        std::istringstream in(step);
+        std::string kind, name, to;
+        in >> kind >> name >> to;
+        path = dir.file(name);
+        if (kind == "fifo") ::mkfifo(path.c_str(), 0600);
+        if (kind == "folder") ::mkdir(path.c_str(), 0700);
+        if (kind == "link") ::symlink(to.c_str(), path.c_str());
+        if (kind == "locked") handToUnprivilegedUser(dir.path());
+        if (kind == "partial") writeFile(path, "partial");
+        if (kind == "old" || kind == "locked") writeFile(path, "old\n");
+        if (kind == "locked") {
+            handToUnprivilegedUser(path);
+            ::chmod(dir.path().c_str(), 0555);
+        }
+    }
+    return path;
 }
 
 TEST(FileLayer, ReadsAndReplacementsRefuseOrFinishWhole) {
-    const pid_t dead = deadProcess();
-    const std::string deadTemporary = ".f.tmp-" + std::to_string(dead) + "-abcdef";
-    const std::string liveTemporary = ".f.tmp-" + std::to_string(::getpid()) + "-ghijkl";
-    const std::string deadFolder = ".f.tmp-" + std::to_string(dead) + "-qwerty";
-    const Case cases[] = {
-        {"a FIFO with nobody at its other end",
-         [](const TempDir& dir) {
-             ::mkfifo(dir.file("p").c_str(), 0600);
-             return dir.file("p");
-         },
-         kNotRegular,
-         kNotRegular,
-         {},
-         {"p"}},
-        {"/dev/zero through a link",
-         link("z", "/dev/zero"),
-         kNotRegular,
-         kNotRegular,
-         {},
-         {"z"},
-         "z",
-         "/dev/zero"},
-        {"a folder",
-         [](const TempDir& dir) {
-             ::mkdir(dir.file("d").c_str(), 0700);
-             return dir.file("d");
-         },
-         "it is a folder, not a file",
-         "it is a folder, not a file",
-         {},
-         {"d"}},
-        {"a dangling link: the file it names is created, the link stays",
-         link("link", "made"),
-         "No such file or directory",
-         "",
-         {},
-         {"link", "made"},
-         "link",
-         "made",
-         "made",
-         kNew},
-        {"a looping link",
-         [](const TempDir& dir) {
-             ::symlink("a", dir.file("b").c_str());
-             return link("a", "b")(dir);
-         },
-         "Too many levels of symbolic links",
-         "Too many levels of symbolic links",
-         {},
-         {"a", "b"},
-         "a",
-         "b"},
-        {"a 255-byte name", old(kLongName), "", "", {}, {kLongName}, "", "", kLongName, kNew},
-        {"a 255-byte name of two-byte characters", old(kLongUtf8Name), "", "", {}, {kLongUtf8Name}},
-        {"a write that fails halfway, to a file with a 255-byte name",
-         old(kLongName),
-         "",
-         "File too large",
-         {kOld.size(), false},
-         {kLongName},
-         "",
-         "",
-         kLongName,
-         kOld},
-        {"a folder that takes no new file",
-         [](const TempDir& dir) {
-             handToUnprivilegedUser(dir.path());
-             const std::string path = old("f")(dir);
-             handToUnprivilegedUser(path);
-             ::chmod(dir.path().c_str(), 0555);
-             return path;
-         },
-         "",
-         "Permission denied",
-         {std::nullopt, true},
-         {"f"},
-         "",
-         "",
-         "f",
-         kOld},
-        {"temporaries left by a killed writer go; a running writer's stay",
-         [&](const TempDir& dir) {
-             writeFile(dir.file(deadTemporary), "partial");
-             writeFile(dir.file(liveTemporary), "partial");
-             // The tool's private folder, holding a file under the target's own name.
-             ::mkdir(dir.file(deadFolder).c_str(), 0700);
-             writeFile(dir.file(deadFolder + "/f"), "partial");
-             return old("f")(dir);
-         },
-         "",
-         "",
-         {},
-         {liveTemporary, "f"},
-         "",
-         "",
-         "f",
-         kNew},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
+    const pid_t dead = ::fork(); // the id of a process that has ended
+    if (dead == 0) ::_exit(0);
+    ::waitpid(dead, nullptr, 0);
+    for (CaseRow row : readCaseTable("foundation/file_layer_cases.txt")) {
+        for (std::string& field : row)
+            field = expand(field, dead);
+        SCOPED_TRACE(row[0]);
         TempDir dir;
-        const std::string path = c.make(dir);
+        const std::string path = make(dir, row[1]), &readReason = row[2], &expected = row[3];
 
         std::string bytes = "stale", reason;
-        EXPECT_EQ(files::readRegularFile(path.c_str(), bytes, reason), *c.readReason == '\0');
-        EXPECT_EQ(reason, c.readReason);
-        EXPECT_EQ(bytes, *c.readReason == '\0' ? kOld : "");
+        EXPECT_EQ(files::readRegularFile(path.c_str(), bytes, reason), readReason.empty());
+        EXPECT_EQ(reason, readReason);
+        EXPECT_EQ(bytes, readReason.empty() ? "old\n" : "");
 
-        const std::string expected = c.replaceReason;
+        const ChildSetup child =
+            row[4] == "limit" ? ChildSetup{4, false} : ChildSetup{std::nullopt, row[4] == "user"};
         EXPECT_TRUE(
-            runInChild(c.child,
+            runInChild(child,
                        [&] {
                            std::string why;
                            const bool replaced = files::replaceFile(path.c_str(), kNew, why);
@@ -196,9 +94,16 @@ TEST(FileLayer, ReadsAndReplacementsRefuseOrFinishWhole) {
                        }))
             << "replacing should give '" << expected << "'";
         ::chmod(dir.path().c_str(), 0700);
-        EXPECT_EQ(listFolder(dir.path()), c.leaves);
-        EXPECT_EQ(c.link.empty() ? "" : linkTarget(dir.file(c.link)), c.target);
-        EXPECT_EQ(c.file.empty() ? "" : readFile(dir.file(c.file)), c.content);
+        EXPECT_EQ(listFolder(dir.path()), splitField(row[5], ' '));
+        const std::size_t arrow = row[6].find('>'), equals = row[7].find('=');
+        if (arrow != std::string::npos) {
+            char target[256] = {};
+            ::readlink(dir.file(row[6].substr(0, arrow)).c_str(), target, sizeof target - 1);
+            EXPECT_EQ(target, row[6].substr(arrow + 1));
+        }
+        if (equals != std::string::npos) {
+            EXPECT_EQ(readFile(dir.file(row[7].substr(0, equals))), row[7].substr(equals + 1));
+        }
     }
 }
 

@@ -16,8 +16,6 @@
 
 namespace {
 
-using neq::test::CaseRow;
-
 float floatFromBits(std::uint32_t bits) {
     float value;
     std::memcpy(&value, &bits, sizeof value);
@@ -107,16 +105,15 @@ std::string formatFixed5(float value) {
 }
 
 TEST(NumberFormat, WorkedExamples) {
-    for (const CaseRow& row : neq::test::readCaseTable("foundation/number_format_cases.txt")) {
+    for (const auto& row : neq::test::readCaseTable("foundation/number_format_cases.txt")) {
         const float value = std::strtof(row[1].c_str(), nullptr);
         EXPECT_EQ(row[0] == "g" ? formatG(value) : formatFixed5(value), row[2]) << row[1];
     }
 }
 
-// The same million values, and what matters only to five decimals: every float that
-// sits exactly on a half hundred-thousandth (multiples of 2^-6 with an odd 2^-6 part),
-// the neighbours of the rounding points k + 0.5 hundred-thousandths, and both sides of
-// 2^46, where the exact 64-bit path hands over to std::to_chars.
+// The same values, plus floats exactly on a half hundred-thousandth (odd multiples of
+// 2^-6), neighbours of k + 0.5 hundred-thousandths, and both sides of 2^46, where the
+// exact 64-bit path hands over to std::to_chars.
 TEST(NumberFormat, FloatFixed5MatchesPrintf) {
     std::vector<float> values = millionFloats();
     for (int k = 1; k < 40000; k += 2)

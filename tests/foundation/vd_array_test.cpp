@@ -50,10 +50,6 @@ TEST(VDArray, ReinitDestroyAndReverseForEveryElementType) {
     checkArray<char*>(text, text + 1);
     checkArray(VDVector2f(1, 2), VDVector2f(-3, 0.5f));
     checkArray(VDVector3f(1, 2, 3), VDVector3f(0, 0, -1));
-
-    VDArray<int> five{1, 2, 3, 4, 5};
-    five.reinit(3, -1);
-    EXPECT_EQ(five, (VDArray<int>{-1, -1, -1}));
 }
 
 } // namespace

@@ -42,18 +42,14 @@ TEST(VDBitMgr, EveryFormAgreesWithTheBuiltinsOverSixteenBits) {
         ASSERT_EQ(VDBitMgr::getFirstBit0(half), lowest1(inverse, 16)) << v;
         ASSERT_EQ(VDBitMgr::getLastBit1(half), highest1(v, 16)) << v;
         ASSERT_EQ(VDBitMgr::getLastBit0(half), highest1(inverse, 16)) << v;
-        for (const unsigned word : {v, v << 16, v | 0xFFFF0000u}) {
-            const unsigned inverseWord = ~word;
-            ASSERT_EQ(VDBitMgr::getNumBits1(static_cast<unsigned long>(word)),
-                      __builtin_popcount(word));
-            ASSERT_EQ(VDBitMgr::getNumBits0(static_cast<unsigned long>(word)),
-                      32 - __builtin_popcount(word));
-            ASSERT_EQ(VDBitMgr::getFirstBit1(static_cast<unsigned long>(word)), lowest1(word, 32));
-            ASSERT_EQ(VDBitMgr::getFirstBit0(static_cast<unsigned long>(word)),
-                      lowest1(inverseWord, 32));
-            ASSERT_EQ(VDBitMgr::getLastBit1(static_cast<unsigned long>(word)), highest1(word, 32));
-            ASSERT_EQ(VDBitMgr::getLastBit0(static_cast<unsigned long>(word)),
-                      highest1(inverseWord, 32));
+        for (const unsigned long word : {v, v << 16, v | 0xFFFF0000u}) {
+            const unsigned bits = static_cast<unsigned>(word), inverseWord = ~bits;
+            ASSERT_EQ(VDBitMgr::getNumBits1(word), __builtin_popcount(bits));
+            ASSERT_EQ(VDBitMgr::getNumBits0(word), 32 - __builtin_popcount(bits));
+            ASSERT_EQ(VDBitMgr::getFirstBit1(word), lowest1(bits, 32));
+            ASSERT_EQ(VDBitMgr::getFirstBit0(word), lowest1(inverseWord, 32));
+            ASSERT_EQ(VDBitMgr::getLastBit1(word), highest1(bits, 32));
+            ASSERT_EQ(VDBitMgr::getLastBit0(word), highest1(inverseWord, 32));
         }
     }
     EXPECT_EQ(VDBitMgr::getBitOrdering(), 1);

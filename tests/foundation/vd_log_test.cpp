@@ -43,21 +43,13 @@ TEST(LogServer, MarginBookkeeping) {
     EXPECT_EQ(VDLogServer::m_curMarginOffset, 0);
 }
 
-TEST(LogServer, InitRecordsTheStartTime) {
-    s_startTimeVal = {0, 0};
-    VDLogServer::init(false);
-    EXPECT_TRUE(VDLogServer::m_initialized);
-    EXPECT_GT(s_startTimeVal.tv_sec, 0);
-}
-
 TEST(LogBloc, TitledBlocksWidenByTwoAndNarrowByTheirIncrement) {
     VDLogServer::setMarginOffset(5);
     {
         VDLogBloc bloc;
         bloc.start(VDString("title"), VDString("name"), 3);
         EXPECT_EQ(VDLogServer::m_curMarginOffset, 7);
-        EXPECT_TRUE(bloc.isActive());
-        EXPECT_EQ(bloc.getTitle(), VDString("name"));
+        EXPECT_TRUE(bloc.isActive() && bloc.getTitle() == VDString("name"));
         // A second start while active changes nothing.
         bloc.start(10);
         bloc.start(VDString("t"), VDString("other"), 9);
@@ -73,8 +65,7 @@ TEST(LogBloc, TitledBlocksWidenByTwoAndNarrowByTheirIncrement) {
     plain.end();
     plain.end();
     EXPECT_EQ(VDLogServer::m_curMarginOffset, 4);
-    EXPECT_FALSE(plain.isActive());
-    EXPECT_EQ(plain.getIncrement(), 0);
+    EXPECT_TRUE(!plain.isActive() && plain.getIncrement() == 0);
 
     // The end clamps at 0.
     VDLogServer::setMarginOffset(0);
@@ -84,7 +75,11 @@ TEST(LogBloc, TitledBlocksWidenByTwoAndNarrowByTheirIncrement) {
     EXPECT_EQ(VDLogServer::m_curMarginOffset, 0);
 }
 
-TEST(TimeService, ClockAndSleep) {
+TEST(TimeService, InitClockAndSleep) {
+    s_startTimeVal = {0, 0};
+    VDLogServer::init(false);
+    EXPECT_TRUE(VDLogServer::m_initialized);
+    EXPECT_GT(s_startTimeVal.tv_sec, 0) << "init records the start time";
     const int before = VDTimeService::getCurTimeInMS();
     EXPECT_GE(before, 0);
     EXPECT_GE(VDTimeService::getCurTimeInMS(), before);

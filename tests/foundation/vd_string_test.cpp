@@ -30,26 +30,46 @@ VDString after(const std::string& s, const std::function<void(VDString&)>& edit)
     return v;
 }
 
+using Operation = std::function<VDString(const Args&)>;
+
+// Operations of one shape, by the member they call.
+Operation search(int (VDString::*find)(const VDString&, bool) const) {
+    return [=](const Args& a) {
+        return text((VDString(a[1].c_str()).*find)(VDString(a[2].c_str()), a[3] == "1"));
+    };
+}
+Operation searchFrom(int (VDString::*find)(const VDString&, int, bool) const) {
+    return [=](const Args& a) {
+        return text((VDString(a[1].c_str()).*find)(VDString(a[2].c_str()), num(a[3]), a[4] == "1"));
+    };
+}
+Operation charsFrom(int (VDString::*find)(const char*, int) const) {
+    return [=](const Args& a) {
+        return text((VDString(a[1].c_str()).*find)(a[2].c_str(), num(a[3])));
+    };
+}
+Operation lastChar(int (VDString::*find)(const char*) const) {
+    return [=](const Args& a) { return text((VDString(a[1].c_str()).*find)(a[2].c_str())); };
+}
+Operation replaceChars(void (VDString::*replace)(const char*, char)) {
+    return [=](const Args& a) {
+        return after(a[1], [&](VDString& s) { (s.*replace)(a[2].c_str(), a[3][0]); });
+    };
+}
+Operation removeChars(void (VDString::*remove)(const char*)) {
+    return
+        [=](const Args& a) { return after(a[1], [&](VDString& s) { (s.*remove)(a[2].c_str()); }); };
+}
+Operation edit(VDString& (VDString::*change)()) {
+    return [=](const Args& a) { return after(a[1], [&](VDString& s) { (s.*change)(); }); };
+}
+
 // Each operation of the case table, from its arguments to its result as text.
-const std::map<std::string, std::function<VDString(const Args&)>> kOperations = {
-    {"first",
-     [](const Args& a) {
-         return text(VDString(a[1].c_str()).findFirst(VDString(a[2].c_str()), a[3] == "1"));
-     }},
-    {"next",
-     [](const Args& a) {
-         return text(
-             VDString(a[1].c_str()).findNext(VDString(a[2].c_str()), num(a[3]), a[4] == "1"));
-     }},
-    {"prev",
-     [](const Args& a) {
-         return text(
-             VDString(a[1].c_str()).findPrev(VDString(a[2].c_str()), num(a[3]), a[4] == "1"));
-     }},
-    {"last",
-     [](const Args& a) {
-         return text(VDString(a[1].c_str()).findLast(VDString(a[2].c_str()), a[3] == "1"));
-     }},
+const std::map<std::string, Operation> kOperations = {
+    {"first", search(&VDString::findFirst)},
+    {"next", searchFrom(&VDString::findNext)},
+    {"prev", searchFrom(&VDString::findPrev)},
+    {"last", search(&VDString::findLast)},
     {"cmp",
      [](const Args& a) {
          return VDString(
@@ -64,12 +84,10 @@ const std::map<std::string, std::function<VDString(const Args&)>> kOperations = 
                                  s.endsWith(affix, a[3] == "1"));
      }},
     {"fileName", [](const Args& a) { return VDString(a[1].c_str()).getFileName(); }},
-    {"pathValid",
-     [](const Args& a) { return after(a[1], [](VDString& s) { s.makePathValid(); }); }},
+    {"pathValid", edit(&VDString::makePathValid)},
     {"validFilePath",
      [](const Args& a) { return VDString(VDString(a[1].c_str()).getValidFilePath()); }},
-    {"advance",
-     [](const Args& a) { return after(a[1], [](VDString& s) { s.fileNameAdvance(); }); }},
+    {"advance", edit(&VDString::fileNameAdvance)},
     {"inPath", [](const Args& a) { return text(VDString(a[1].c_str()).isInPath(a[2].c_str())); }},
     {"shortCount",
      [](const Args& a) { return after("", [&](VDString& s) { s.printShortCount(num(a[1])); }); }},
@@ -81,43 +99,17 @@ const std::map<std::string, std::function<VDString(const Args&)>> kOperations = 
     {"quotedWith",
      [](const Args& a) { return VDString(a[1].c_str()).quoted(VDString(a[2].c_str())); }},
     {"toInt", [](const Args& a) { return text(VDString(a[1].c_str()).convertToInt()); }},
-    {"toUpper", [](const Args& a) { return after(a[1], [](VDString& s) { s.toUpper(); }); }},
-    {"nextCharOf",
-     [](const Args& a) {
-         return text(VDString(a[1].c_str()).findNextCharOf(a[2].c_str(), num(a[3])));
-     }},
-    {"lastCharOf",
-     [](const Args& a) { return text(VDString(a[1].c_str()).findLastCharOf(a[2].c_str())); }},
-    {"prevCharOf",
-     [](const Args& a) {
-         return text(VDString(a[1].c_str()).findPrevCharOf(a[2].c_str(), num(a[3])));
-     }},
-    {"nextCharNotOf",
-     [](const Args& a) {
-         return text(VDString(a[1].c_str()).findNextCharNotOf(a[2].c_str(), num(a[3])));
-     }},
-    {"lastCharNotOf",
-     [](const Args& a) { return text(VDString(a[1].c_str()).findLastCharNotOf(a[2].c_str())); }},
-    {"prevCharNotOf",
-     [](const Args& a) {
-         return text(VDString(a[1].c_str()).findPrevCharNotOf(a[2].c_str(), num(a[3])));
-     }},
-    {"replaceCharsOf",
-     [](const Args& a) {
-         return after(a[1], [&](VDString& s) { s.replaceCharsOf(a[2].c_str(), a[3][0]); });
-     }},
-    {"replaceCharsNotOf",
-     [](const Args& a) {
-         return after(a[1], [&](VDString& s) { s.replaceCharsNotOf(a[2].c_str(), a[3][0]); });
-     }},
-    {"removeCharsOf",
-     [](const Args& a) {
-         return after(a[1], [&](VDString& s) { s.removeCharsOf(a[2].c_str()); });
-     }},
-    {"removeCharsNotOf",
-     [](const Args& a) {
-         return after(a[1], [&](VDString& s) { s.removeCharsNotOf(a[2].c_str()); });
-     }},
+    {"toUpper", edit(&VDString::toUpper)},
+    {"nextCharOf", charsFrom(&VDString::findNextCharOf)},
+    {"lastCharOf", lastChar(&VDString::findLastCharOf)},
+    {"prevCharOf", charsFrom(&VDString::findPrevCharOf)},
+    {"nextCharNotOf", charsFrom(&VDString::findNextCharNotOf)},
+    {"lastCharNotOf", lastChar(&VDString::findLastCharNotOf)},
+    {"prevCharNotOf", charsFrom(&VDString::findPrevCharNotOf)},
+    {"replaceCharsOf", replaceChars(&VDString::replaceCharsOf)},
+    {"replaceCharsNotOf", replaceChars(&VDString::replaceCharsNotOf)},
+    {"removeCharsOf", removeChars(&VDString::removeCharsOf)},
+    {"removeCharsNotOf", removeChars(&VDString::removeCharsNotOf)},
     {"firstTag",
      [](const Args& a) {
          int start = num(a[3]), end = num(a[4]);

@@ -1,15 +1,23 @@
 #include "foundation/vd_vector.h"
 
+#include "support/case_table.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <numeric>
 #include <random>
+#include <sstream>
+#include <string>
 #include <tuple>
 #include <type_traits>
 
 namespace {
+
+using neq::test::CaseRow;
+using neq::test::readCaseTable;
 
 TEST(VDVector, ComponentsArePacked) {
     static_assert(sizeof(VDVector2d) == 16 && sizeof(VDVector2f) == 8, "packed");
@@ -22,35 +30,42 @@ TEST(VDVector, ComponentsArePacked) {
     EXPECT_EQ(VDVector3f::m_zero, VDVector3f(0, 0, 0));
 }
 
-// The double form leaves lengths below 1e-24 and answers 1; the float form divides by
-// any non-zero length.
-TEST(VDVector, ThreeComponentNormalizeAnswersTheLength) {
-    const struct {
-        VDVector3d in;
-        double length;
-        VDVector3d out;
-    } doubles[] = {{{0, 0, 0}, 1.0, {0, 0, 0}},
-                   {{1e-25, 0, 0}, 1.0, {1e-25, 0, 0}},
-                   {{1e-24, 0, 0}, 1e-24, {1, 0, 0}},
-                   {{2, 3, 6}, 7.0, {2.0 / 7, 3.0 / 7, 6.0 / 7}}};
-    for (auto c : doubles) {
-        EXPECT_EQ(c.in.normalize(), c.length);
-        EXPECT_EQ(c.in, c.out);
+template <class V> V parsed(const std::string& text) {
+    V v;
+    std::istringstream in(text);
+    for (auto* c : {&v.x, &v.y, &v.z}) {
+        std::string number;
+        in >> number;
+        *c = sizeof *c == 4 ? std::strtof(number.c_str(), nullptr)
+                            : std::strtod(number.c_str(), nullptr);
     }
-    const struct {
-        VDVector3f in;
-        float length;
-        VDVector3f out;
-    } floats[] = {{{0, 0, 0}, 0.0f, {0, 0, 0}},
-                  {{0x1p-40f, 0, 0}, 0x1p-40f, {1, 0, 0}},
-                  {{0, 3, 4}, 5.0f, {0, 3.0f / 5, 4.0f / 5}}};
-    for (auto c : floats) {
-        EXPECT_EQ(c.in.normalize(), c.length);
-        EXPECT_EQ(c.in, c.out);
+    return v;
+}
+
+template <class V> void checkCase(const CaseRow& row) {
+    V v = parsed<V>(row[2]), out;
+    if (row[0] == "normalize") {
+        EXPECT_EQ(v.normalize(), std::strtod(row[3].c_str(), nullptr)) << row[2];
+        out = v;
+    } else if (row[0] == "orthogonalTo") {
+        v.makeOrthogonalTo(parsed<V>(row[3]));
+        out = v;
+    } else {
+        v.findOrthogonalVector(out);
     }
+    EXPECT_EQ(out, parsed<V>(row[4])) << testing::PrintToString(row);
+}
+
+TEST(VDVector, ThreeComponentOperationsOfTheCaseTable) {
+    for (const CaseRow& row : readCaseTable("foundation/vd_vector_cases.txt"))
+        row[1] == "f" ? checkCase<VDVector3f>(row) : checkCase<VDVector3d>(row);
     VDVector3d withNan(std::nan(""), 1, 0);
     EXPECT_TRUE(std::isnan(withNan.normalize()));
     EXPECT_TRUE(std::isnan(withNan.y));
+    const VDVector3d w(0.3, -2, 9);
+    VDVector3d out;
+    w.findOrthogonalVector(out);
+    EXPECT_EQ(out.x * w.x + out.y * w.y + out.z * w.z, 0.0);
 }
 
 // The float and double twins of the two-component vector behave alike.
@@ -98,36 +113,6 @@ TYPED_TEST(TwoComponentVector, SnapIsOneSided) {
     EXPECT_EQ(edge, V(T(1.5), 0));
 }
 
-TEST(VDVector, OrthogonalDirections) {
-    VDVector3d v(1, 2, 3);
-    v.makeOrthogonalTo(VDVector3d(0, 0, 1));
-    EXPECT_EQ(v, VDVector3d(1, 2, 0));
-    VDVector3f f(1, 1, 0);
-    f.makeOrthogonalTo(VDVector3f(1, 0, 0));
-    EXPECT_EQ(f, VDVector3f(0, 1, 0));
-    // No division by n . n: a longer n over-subtracts.
-    VDVector3d scaled(1, 0, 0);
-    scaled.makeOrthogonalTo(VDVector3d(2, 0, 0));
-    EXPECT_EQ(scaled, VDVector3d(-3, 0, 0));
-
-    // The axis of v's smallest absolute component crossed with v: x before y before z.
-    const std::pair<VDVector3f, VDVector3f> orthogonal[] = {
-        {{0, 0, 1}, {0, -1, 0}}, {{5, 1, 2}, {2, 0, -5}}, {{-5, 1, 2}, {2, 0, 5}},
-        {{5, 3, 1}, {-3, 5, 0}}, {{4, 2, 2}, {2, 0, -4}}, {{2, 2, 2}, {0, -2, 2}},
-    };
-    for (const auto& [v, expected] : orthogonal) {
-        VDVector3f out;
-        v.findOrthogonalVector(out);
-        EXPECT_EQ(out, expected);
-    }
-    VDVector3d dout;
-    VDVector3d(-1, 7, 0.5).findOrthogonalVector(dout);
-    EXPECT_EQ(dout, VDVector3d(-7, -1, 0));
-    const VDVector3d w(0.3, -2, 9);
-    w.findOrthogonalVector(dout);
-    EXPECT_EQ(dout.x * w.x + dout.y * w.y + dout.z * w.z, 0.0);
-}
-
 TEST(VDVector, IndexedSortTiesByIndexWithinTolerance) {
     VDArray<VDVector3f> points{VDVector3f(1, 0, 0), VDVector3f(0, 0, 0),
                                VDVector3f(0.00001f, 0, 0)};
@@ -156,42 +141,33 @@ TEST(VDVector, IndexedSortTiesByIndexWithinTolerance) {
 
 TEST(VDVector, IndexedSortMatchesAStableOrderOfSeparatedPoints) {
     // Components on a 0.01 grid: two points are equal or differ by far more than the
-    // tolerance, so the tolerant order is the exact lexicographic one, ties by index.
+    // tolerance, so the tolerant order is the exact lexicographic one, ties by index. The
+    // last round's chains of near values break transitivity: still a permutation.
     std::mt19937 engine(20261123);
-    for (int round = 0; round < 5; ++round) {
+    const auto grid = [&] {
+        return static_cast<float>(static_cast<int>(engine() % 9) - 4) * 0.01f;
+    };
+    for (int round = 0; round < 6; ++round) {
+        const bool chains = round == 5;
         VDArray<VDVector3f> points;
-        for (int i = 0; i < 300; ++i) {
-            auto grid = [&] {
-                return static_cast<float>(static_cast<int>(engine() % 9) - 4) * 0.01f;
-            };
-            points.push_back(VDVector3f(grid(), grid(), grid()));
-        }
-        VDArray<int> sorted;
+        for (int i = 0; i < (chains ? 2000 : 300); ++i)
+            points.push_back(chains
+                                 ? VDVector3f(static_cast<float>(engine() % 1000) * 0.0004f, 0, 0)
+                                 : VDVector3f(grid(), grid(), grid()));
+        VDArray<int> sorted, reference(points.size());
         VDVector3f::indexedSort(sorted, points, 0.001f);
-
-        VDArray<int> reference(points.size());
-        for (int i = 0; i < reference.getSize(); ++i)
-            reference[i] = i;
+        std::iota(reference.begin(), reference.end(), 0);
+        if (chains) {
+            ASSERT_EQ(sorted.size(), reference.size());
+            EXPECT_TRUE(std::is_permutation(sorted.begin(), sorted.end(), reference.begin()));
+            continue;
+        }
         std::stable_sort(reference.begin(), reference.end(), [&](int i, int j) {
             return std::tie(points[i].x, points[i].y, points[i].z) <
                    std::tie(points[j].x, points[j].y, points[j].z);
         });
         EXPECT_EQ(sorted, reference) << "round " << round;
     }
-}
-
-TEST(VDVector, IndexedSortStaysInsideTheArrayOnChainsOfNearValues) {
-    // Near-equal chains break transitivity; the result must still be a permutation.
-    std::mt19937 engine(7);
-    VDArray<VDVector3f> points;
-    for (int i = 0; i < 2000; ++i)
-        points.push_back(VDVector3f(static_cast<float>(engine() % 1000) * 0.0004f, 0, 0));
-    VDArray<int> sorted;
-    VDVector3f::indexedSort(sorted, points, 0.001f);
-    VDArray<int> seen(sorted);
-    std::sort(seen.begin(), seen.end());
-    for (int i = 0; i < seen.getSize(); ++i)
-        ASSERT_EQ(seen[i], i);
 }
 
 } // namespace

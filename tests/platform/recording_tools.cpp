@@ -1,6 +1,7 @@
 #include "recording_tools.h"
 
 #include <cstdlib>
+#include <sstream>
 #include <stdexcept>
 
 namespace neq::test {
@@ -23,22 +24,17 @@ void RecordingTools::installScript(const std::string& tool, const std::string& b
 
 std::vector<std::vector<std::string>> RecordingTools::calls() const {
     const std::string path = log_.file("calls");
-    const std::string log = fileExists(path) ? readFile(path) : "";
-    std::vector<std::string> fields;
-    for (std::size_t start = 0; start < log.size();) {
-        const std::size_t end = log.find('\0', start);
-        if (end == std::string::npos) throw std::runtime_error("unterminated call record");
-        fields.push_back(log.substr(start, end - start));
-        start = end + 1;
-    }
+    std::istringstream log(fileExists(path) ? readFile(path) : "");
     std::vector<std::vector<std::string>> calls;
-    for (std::size_t i = 0; i < fields.size();) {
-        const std::size_t count = std::stoul(fields.at(i + 1));
-        if (i + 2 + count > fields.size()) throw std::runtime_error("truncated call record");
-        calls.emplace_back(1, fields[i]);
-        calls.back().insert(calls.back().end(), fields.begin() + i + 2,
-                            fields.begin() + i + 2 + count);
-        i += 2 + count;
+    for (std::string tool, count;
+         std::getline(log, tool, '\0') && std::getline(log, count, '\0');) {
+        calls.push_back({tool});
+        for (unsigned long left = std::stoul(count); left > 0; --left) {
+            std::string argument;
+            if (!std::getline(log, argument, '\0'))
+                throw std::runtime_error("truncated call record");
+            calls.back().push_back(argument);
+        }
     }
     return calls;
 }

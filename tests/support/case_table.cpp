@@ -39,4 +39,14 @@ std::vector<CaseRow> readCaseTable(const std::string& relativePath) {
     return rows;
 }
 
+std::vector<std::string> splitField(const std::string& field, char separator) {
+    std::vector<std::string> parts(1);
+    for (char c : field)
+        if (c == separator)
+            parts.emplace_back();
+        else
+            parts.back().push_back(c);
+    return parts;
+}
+
 } // namespace neq::test

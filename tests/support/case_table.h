@@ -13,4 +13,7 @@ using CaseRow = std::vector<std::string>;
 // The rows of tests/data/relativePath; throws on an unknown escape.
 std::vector<CaseRow> readCaseTable(const std::string& relativePath);
 
+// The parts of a field between separators; an empty field is one empty part.
+std::vector<std::string> splitField(const std::string& field, char separator);
+
 } // namespace neq::test
