@@ -47,6 +47,12 @@ TEST(GltfFile, AnotherProgramsPrimitivesBecomeTriangleGroups) {
     EXPECT_EQ(mesh.groups, (std::vector<std::int16_t>{0, 0}));
     EXPECT_EQ(mesh.uvs, (std::vector<float>{0, 0, 1, 0, 1, 1, 0, 0, 0, 0, 1, 1, 0, 1, 0, 0}));
     EXPECT_THROW(readGltf("glTF\x02", "cut.glb"), FormatError); // the message is the parser's
+    // A points primitive is read past, and counted.
+    ReadReport report;
+    readGltf(
+        R"({"asset":{"version":"2.0"},"meshes":[{"primitives":[{"attributes":{},"mode":0}]}]})",
+        "p.gltf", &report);
+    EXPECT_EQ(report.skippedStatements, 1u);
 }
 
 } // namespace

@@ -131,6 +131,7 @@ TEST(MeshModel, ValidateNamesTheArrayAndTheFault) {
         {[](Mesh& m) { m.groups.push_back(1); }, "groups: 3 values, not 1 per face for 2 faces"},
         {[](Mesh& m) { m.faces[6] = 5; }, "faces: face 1 corner 2 names vertex 5 of 5"},
         {[](Mesh& m) { m.faces[0] = -1; }, "faces: face 0 corner 0 names vertex -1 of 5"},
+        {[](Mesh& m) { m.faces[2] = 7; }, "faces: face 0 corner 2 names vertex 7 of 5"},
     };
     EXPECT_NO_THROW(validate(sampleMesh()));
     for (const auto& [spoil, message] : cases) {
