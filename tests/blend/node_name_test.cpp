@@ -6,7 +6,7 @@ namespace neq::test {
 namespace {
 
 TEST(NodeName, OnlyLettersDigitsUnderscoresAndNamespacesArePlain) {
-    for (const char* plain : {"Smile", "_a1", "Head:defaultMat", "a_B_9"})
+    for (const char* plain : {"Smile", "_a1", "Head:defaultMat", "a_B_9", "Zz"})
         EXPECT_TRUE(blend::isPlainNodeName(plain)) << plain;
     for (const char* odd : {"", "2nd", "my head", "a-b", "a.b", "Sm\xC3\xADle", "a\"b"})
         EXPECT_FALSE(blend::isPlainNodeName(odd)) << odd;

@@ -93,7 +93,7 @@ std::string fileOperation(const TempDir& dir, const CaseRow& row) {
     if (op == "size") {
         std::FILE* file = DS::fileOpen(at, VDString("rb"));
         if (file == nullptr) return "none";
-        std::fgetc(file);
+        std::fseek(file, static_cast<long>(argument.size()), SEEK_SET);
         const std::string size = std::to_string(DS::fileSize(file));
         const long position = std::ftell(file);
         std::fclose(file);

@@ -65,12 +65,14 @@ TEST(UvTiles, ScanUsesFirstPairAndReportsLastRecordsTile) {
     }
 }
 
-// A UV block's count is clamped to the records present.
+// A UV block's count is clamped to the records present. The longest case has more pairs
+// than a tile file is written in at a time.
 TEST(UvTiles, HostileBlocksAreClamped) {
-    const std::vector<UvRecord> records = {{0.5f, 0.5f}, {1.5f, 0.5f}, {2.5f, 0.5f}};
+    std::vector<UvRecord> records = {{0.5f, 0.5f}, {1.5f, 0.5f}, {2.5f, 0.5f}};
+    records.resize(16385);
     const UvRecord* data = records.data();
     const std::tuple<std::uint32_t, std::size_t, std::size_t> cases[] = {
-        {3, 3, 3}, {0xFFFFFFFFu, 3, 3}, {2, 3, 2}, {0x80000000u, 1, 1}};
+        {3, 3, 3}, {0xFFFFFFFFu, 3, 3}, {2, 3, 2}, {0x80000000u, 1, 1}, {16385, 16385, 3}};
     for (const auto& [claimedCount, recordsPresent, tiles] : cases) {
         meshfile::NeqBuilder builder;
         builder.block(meshfile::kUvTag, 0, nullptr, 0);
@@ -85,7 +87,13 @@ TEST(UvTiles, HostileBlocksAreClamped) {
         ASSERT_TRUE(split);
         EXPECT_EQ(split->pairCount(), 4 * std::min<std::size_t>(claimedCount, recordsPresent));
         // The copied header still claims what the input claimed.
-        EXPECT_EQ(std::memcmp(split->tileImage(0).data(), bytes.data(), 48), 0);
+        const NeqBytes image = split->tileImage(0);
+        EXPECT_EQ(std::memcmp(image.data(), bytes.data(), 48), 0);
+        TempDir dir;
+        std::vector<std::string> names;
+        split->writeTileFiles(dir.file("t"), names);
+        // Compared whole, not printed: the long case holds half a megabyte.
+        EXPECT_TRUE(readFile(dir.file("t0.NeQ")) == std::string(image.begin(), image.end()));
     }
 }
 
